@@ -1,0 +1,158 @@
+// Connection facts, the transaction's ends and the client-side texts, on real embedded databases.
+#include "test_database.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+template <typename F>
+QString errorText(F &&f)
+{
+    try {
+        f();
+    } catch (const EDatabaseError &e) {
+        return e.Message();
+    }
+    return QStringLiteral("<no error>");
+}
+
+} // namespace
+
+TEST(Connection, NewDatabaseHasDialectOneCharsetNoneAndComputedFacts)
+{
+    TestDatabase t;
+    TpFIBDatabase &db = t.Db();
+    EXPECT_TRUE(db.Connected());
+    EXPECT_EQ(db.DatabaseSQLDialect(), 1);
+    EXPECT_EQ(db.SQLDialect, 1);
+    EXPECT_TRUE(db.IsFirebirdConnect());
+    EXPECT_GE(db.ServerMajorVersion(), 3);
+    EXPECT_EQ(db.AttachmentCharSet(), 0);
+    EXPECT_FALSE(db.IsUnicodeConnect());
+    EXPECT_TRUE(db.NeedUnicodeFieldsTranslation());
+    EXPECT_TRUE(db.NeedUTFEncodeDDL());
+    EXPECT_GE(db.ODSMajorVersion(), 12);
+
+    // Reattach: the same facts come from the database, not from creation.
+    db.Close();
+    EXPECT_FALSE(db.Connected());
+    db.SetConnected(true);
+    EXPECT_TRUE(db.Connected());
+    EXPECT_TRUE(db.NeedUTFEncodeDDL());
+}
+
+TEST(Connection, NeedUTFEncodeDDLDependsOnServerAndStructureVersions)
+{
+    struct Row { int cs, major, minor, odsMajor, odsMinor; bool expected; };
+    const Row rows[] = {
+        {0, 3, 0, 12, 0, true},  {0, 2, 1, 11, 1, true},  {0, 2, 0, 11, 1, false}, {0, 2, 1, 11, 0, false},
+        {0, 1, 5, 10, 1, false}, {4, 2, 5, 11, 2, true},  {3, 3, 0, 12, 0, true},  {52, 3, 0, 12, 0, false},
+    };
+    for (const Row &r : rows)
+        EXPECT_EQ(TFIBDatabase::ComputeNeedUTFEncodeDDL(r.cs, r.major, r.minor, r.odsMajor, r.odsMinor), r.expected)
+            << r.cs << " " << r.major << "." << r.minor << " ods " << r.odsMajor << "." << r.odsMinor;
+}
+
+TEST(Connection, ClientSideConditionsUseTheirTexts)
+{
+    TestDatabase t;
+    EXPECT_EQ(errorText([&] { t.Db().CreateDatabase(); }), "Cannot perform operation -- DB is currently open.");
+
+    TpFIBDatabase unnamed;
+    EXPECT_EQ(errorText([&] { unnamed.Open(); }), "Database name is missing.");
+
+    TpFIBTransaction lonely;
+    lonely.setObjectName("trLonely");
+    EXPECT_EQ(errorText([&] { lonely.StartTransaction(); }), "trLonely :No databases are listed in transaction component.");
+    EXPECT_EQ(errorText([&] { lonely.Commit(); }), "trLonely :Transaction is not active.");
+
+    TFIBTransaction plain;
+    plain.setObjectName("trPlain");
+    plain.SetDefaultDatabase(&t.Db());
+    plain.StartTransaction();
+    EXPECT_EQ(errorText([&] { plain.StartTransaction(); }), "trPlain :Transaction is active.");
+    plain.Rollback();
+
+    // The program's transaction accepts a second start.
+    t.Tr().StartTransaction();
+    EXPECT_NO_THROW(t.Tr().StartTransaction());
+    t.Tr().Commit();
+
+    auto q = t.NewQuery("qryTest");
+    q->SetSQLText("select 1 from rdb$database");
+    EXPECT_EQ(errorText([&] { q->ExecQuery(); }), "pFIBTransaction1 :Transaction is not active.");
+    TpFIBQuery orphan;
+    orphan.setObjectName("qryOrphan");
+    orphan.SetSQLText("select 1 from rdb$database");
+    EXPECT_EQ(errorText([&] { orphan.ExecQuery(); }), "Database not assigned for qryOrphan.");
+    orphan.SetDatabase(&t.Db());
+    EXPECT_EQ(errorText([&] { orphan.ExecQuery(); }), "Transaction not assigned for qryOrphan.");
+    q->SetSQLText("  ");
+    EXPECT_EQ(errorText([&] { q->Prepare(); }), "Can't Prepare , because  query is empty");
+
+    t.Db().Close();
+    t.Db().setObjectName("dbMain");
+    EXPECT_EQ(errorText([&] { t.Tr().StartTransaction(); }), "dbMain: Cannot perform operation -- DB is not open.");
+}
+
+TEST(Connection, CloseRollsBackTheActiveTransaction)
+{
+    TestDatabase t;
+    t.Exec("create table T (A integer)");
+    t.Exec("insert into T values (1)");
+    ASSERT_TRUE(t.Tr().Active());
+    t.Db().Close();
+    EXPECT_FALSE(t.Tr().Active());
+    t.Db().Open();
+    EXPECT_EQ(t.Scalar("select count(*) from T").toInt(), 0);
+}
+
+TEST(Connection, WorkOfARunBecomesDurableOnlyAtCommit)
+{
+    TestDatabase t;
+    t.Exec("create table T (A integer)");
+    t.Exec("insert into T values (1)");
+    // A failed statement undoes only itself; the transaction stays active with the earlier work.
+    auto q = t.NewQuery();
+    q->SetSQLText("insert into T values ('not a number')");
+    EXPECT_THROW(q->ExecQuery(), EFIBInterBaseError);
+    EXPECT_TRUE(t.Tr().Active());
+    EXPECT_EQ(t.Scalar("select count(*) from T").toInt(), 1);
+    t.Tr().Commit();
+    EXPECT_FALSE(t.Tr().Active());
+    t.Db().Close();
+    t.Db().Open();
+    EXPECT_EQ(t.Scalar("select count(*) from T").toInt(), 1);
+}
+
+TEST(Connection, UnattachableFileRaisesServerErrorEachTimeAndLeavesObjectUsable)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("garbage.fdb");
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(QByteArray(16384, 'x'));
+    f.close();
+
+    TpFIBDatabase db;
+    db.SQLDialect = 1;
+    db.DBName = path;
+    int tries = 0;
+    while (!db.Connected() && tries < 5) {
+        ++tries;
+        try {
+            db.SetConnected(true);
+        } catch (const EFIBInterBaseError &e) {
+            EXPECT_FALSE(e.Message().isEmpty());
+        }
+    }
+    EXPECT_EQ(tries, 5);
+    EXPECT_FALSE(db.Connected());
+
+    db.DBName = dir.filePath("missing/none.fdb");
+    EXPECT_THROW(db.Open(), EFIBInterBaseError);
+    db.DBName = dir.filePath("good.fdb");
+    EXPECT_NO_THROW(db.CreateDatabase());
+    EXPECT_TRUE(db.Connected());
+}

@@ -1,0 +1,192 @@
+// How server errors become EFIBError texts, and how a database exception is cut down to its own text.
+#include "fib_encoding.h"
+#include "test_database.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class Errors : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        t.Exec("create table AUTO (ID integer not null primary key)");
+        t.Exec("create table ORDERS (ID integer not null primary key, IDAUTO integer references AUTO(ID))");
+        t.Exec("create exception AUTO_HAS_ORDERS 'По автомобилю имелись заказы. Удаление запрещено'");
+        t.Exec("create exception TEST_EXCEPT 'Test'");
+        t.Exec("create exception ENG_EXCEPT 'Bad exception text'");
+        t.Exec("create procedure spAutoDel (ID integer) as begin "
+               "if (exists(select 1 from ORDERS where IDAUTO = :ID)) then exception AUTO_HAS_ORDERS; "
+               "delete from AUTO where ID = :ID; end");
+        t.Exec("create procedure spTest as begin exception TEST_EXCEPT; end");
+        t.Exec("create procedure spEng as begin exception ENG_EXCEPT; end");
+        t.Exec("insert into AUTO values (1)");
+        t.Exec("insert into ORDERS values (1, 1)");
+        q = t.NewQuery("Query");
+    }
+
+    // The data module's hook: texts raised by queries were UTF-8 bytes read as ANSI.
+    void InstallRepairHook()
+    {
+        handler.OnFIBErrorEvent = [](QObject *sender, EFIBError &e, TKindIBError, bool &) {
+            if (sender && dynamic_cast<TFIBQuery *>(sender))
+                e.SetMessage(RepairUtf8Message(e.Message()));
+        };
+    }
+
+    QString messageOf(const std::function<void()> &f)
+    {
+        try {
+            f();
+        } catch (const EDatabaseError &e) {
+            return e.Message();
+        }
+        return QStringLiteral("<no error>");
+    }
+
+    TestDatabase t;
+    std::unique_ptr<TpFIBQuery> q;
+    TpFibErrorHandler handler;
+};
+
+} // namespace
+
+TEST_F(Errors, WithoutAnalysisTheWholeMessageArrivesInItsParts)
+{
+    handler.Options = 0;
+    try {
+        q->ExecProcedure("spAutoDel", {1});
+        FAIL();
+    } catch (const EFIBInterBaseError &e) {
+        EXPECT_EQ(e.SQLCode, -836);
+        EXPECT_EQ(e.IBErrorCode, 335544517);
+        EXPECT_EQ(TpFibErrorHandler::KindOf(e), keException);
+        const QStringList lines = e.Message().split("\r\n");
+        ASSERT_GE(lines.size(), 7) << e.Message().toStdString();
+        EXPECT_EQ(lines[0], "Query:");
+        EXPECT_TRUE(lines[2].startsWith("SQL error state =")) << lines[2].toStdString();
+        EXPECT_EQ(lines[3], "Exception 1.");
+        EXPECT_EQ(lines[4], "AUTO_HAS_ORDERS.");
+        EXPECT_EQ(RepairUtf8Message(lines[5]), "По автомобилю имелись заказы. Удаление запрещено.");
+        EXPECT_TRUE(lines[6].startsWith("At procedure")) << lines[6].toStdString();
+    }
+    EXPECT_TRUE(t.Tr().Active());
+}
+
+TEST_F(Errors, UserExceptionIsCutDownToItsRussianText)
+{
+    InstallRepairHook();
+    const QString text = messageOf([&] { q->ExecProcedure("spAutoDel", {1}); });
+    EXPECT_TRUE(text.startsWith("\r\n")) << text.toStdString();
+    EXPECT_EQ(text.trimmed(), "По автомобилю имелись заказы. Удаление запрещено.");
+    EXPECT_EQ(handler.LastErrorKind, keException);
+    EXPECT_EQ(handler.ExceptionName, "AUTO_HAS_ORDERS");
+    EXPECT_GT(handler.ExceptionNumber, 0);
+    EXPECT_EQ("Ошибка при удалении.\r\nТекст ошибки:\r\n" + text,
+              "Ошибка при удалении.\r\nТекст ошибки:\r\n\r\nПо автомобилю имелись заказы. Удаление запрещено.\r\n");
+
+    EXPECT_EQ(messageOf([&] { q->ExecProcedure("spTest"); }).trimmed(), "Test.");
+    // The query stays usable and the earlier work stays in the transaction.
+    EXPECT_NO_THROW(q->ExecProcedure("spAutoDel", {2}));
+    EXPECT_TRUE(t.Tr().Active());
+}
+
+TEST_F(Errors, EnglishTextWithTheWordExceptionIsCutAgainWhenTheSqlMessageLacksIt)
+{
+    InstallRepairHook();
+    // The SQL message "Exception ." takes the first cut, the number line the second.
+    EXPECT_EQ(messageOf([&] { q->ExecProcedure("spEng"); }).trimmed(), "Bad exception text.");
+    SetFIBErrorMessagesMask(2 | 16);
+    const QString text = messageOf([&] { q->ExecProcedure("spEng"); });
+    SetFIBErrorMessagesMask(30);
+    // Cut inside the text, the "number" is a word, and the conversion error is what comes out.
+    EXPECT_EQ(text, "'text' is not a valid integer value");
+}
+
+TEST_F(Errors, ConstraintErrorsReachTheUserInFull)
+{
+    InstallRepairHook();
+    q->SetSQLText("delete from AUTO where ID = 1");
+    const QString fk = messageOf([&] { q->ExecQuery(); });
+    EXPECT_EQ(handler.LastErrorKind, keForeignKey);
+    EXPECT_TRUE(fk.startsWith("Query:\r\n")) << fk.toStdString();
+    EXPECT_TRUE(fk.contains("FOREIGN KEY")) << fk.toStdString();
+
+    q->SetSQLText("insert into AUTO values (1)");
+    const QString unique = messageOf([&] { q->ExecQuery(); });
+    EXPECT_EQ(handler.LastErrorKind, keUniqueViolation);
+    EXPECT_TRUE(unique.contains("PRIMARY")) << unique.toStdString();
+}
+
+TEST_F(Errors, MaskChoosesTheParts)
+{
+    handler.Options = 0;
+    SetFIBErrorMessagesMask(2);
+    const QString text = messageOf([&] { q->ExecProcedure("spTest"); });
+    SetFIBErrorMessagesMask(30);
+    EXPECT_TRUE(text.startsWith("Exception ")) << text.toStdString();
+    EXPECT_TRUE(text.contains(".\r\nTEST_EXCEPT.\r\nTest.\r\nAt procedure 'SPTEST'")) << text.toStdString();
+}
+
+TEST_F(Errors, WithoutAHandlerTheErrorIsRaisedUntouched)
+{
+    TpFibErrorHandler *none = nullptr;
+    {
+        // Only the newest handler is the process's one; remove it for this test.
+        handler.~TpFibErrorHandler();
+        new (&handler) TpFibErrorHandler();
+        none = TpFibErrorHandler::Instance();
+    }
+    ASSERT_EQ(none, &handler);
+    handler.Options = 0;
+    const QString text = messageOf([&] { q->ExecProcedure("spTest"); });
+    EXPECT_TRUE(text.contains("TEST_EXCEPT")) << text.toStdString();
+}
+
+TEST(ErrorAnalysis, NumberThatDoesNotParseReplacesTheError)
+{
+    TpFibErrorHandler handler;
+    EFIBInterBaseError e(-836, QString(), "Exception abc.\r\nNAME.\r\nText.\r\n", nullptr);
+    bool raise = true;
+    EXPECT_THROW(handler.DoOnErrorEvent(nullptr, e, raise), EDatabaseError);
+
+    EFIBInterBaseError noDot(-836, QString(), "exception 12", nullptr);
+    handler.DoOnErrorEvent(nullptr, noDot, raise);
+    EXPECT_EQ(noDot.Message(), "12");
+
+    // Without a Firebird connection the name is not split off, and "at " cuts the text.
+    EFIBInterBaseError old(-836, QString(), "exception 3.\r\nE_X.\r\nLook at this.\r\n", nullptr);
+    handler.DoOnErrorEvent(nullptr, old, raise);
+    EXPECT_EQ(handler.ExceptionName, "Unknown");
+    EXPECT_EQ(old.Message(), "E_X.\r\nLook ");
+}
+
+TEST(ErrorAnalysis, Utf8RepairOfAnAnsiReadText)
+{
+    const QString original = "Изделие Ёлка: ИЙКЪ шщ";
+    EXPECT_EQ(RepairUtf8Message(AnsiDecode(original.toUtf8())), original);
+    EXPECT_EQ(RepairUtf8Message("plain ASCII text."), "plain ASCII text.");
+    // Real Windows-1251 text is no valid UTF-8: nothing is left of it.
+    EXPECT_EQ(RepairUtf8Message(original), "");
+}
+
+TEST_F(Errors, LostConnectionClosesTheDatabaseAndAbortsSilently)
+{
+    EFIBInterBaseError lost(-902, QString(), "Connection lost.\r\n", q.get());
+    lost.IBErrorCode = 335544528;
+    bool raise = true;
+    EXPECT_THROW(handler.DoOnErrorEvent(q.get(), lost, raise), EAbort);
+    EXPECT_FALSE(t.Db().Connected());
+    EXPECT_FALSE(t.Tr().Active());
+
+    t.Db().Open();
+    int calls = 0;
+    t.Db().OnLostConnect = [&](TFIBDatabase *, bool &stop) {
+        ++calls;
+        stop = true;
+    };
+    EXPECT_NO_THROW(handler.DoOnErrorEvent(q.get(), lost, raise));
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(handler.LastErrorKind, keLostConnect);
+}
