@@ -98,8 +98,8 @@ QString FormatFieldValue(const QVariant &value, const QString &format)
         for (qsizetype i = dot + 1; i < section.size() && (section[i] == QLatin1Char('0') || section[i] == QLatin1Char('#')); ++i)
             ++decimals;
     QLocale locale;
-    if (!section.contains(QLatin1Char(',')))
-        locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    locale.setNumberOptions(section.contains(QLatin1Char(',')) ? QLocale::DefaultNumberOptions
+                                                               : QLocale::OmitGroupSeparator);
     QString text = locale.toString(number, 'f', decimals);
     // Text after the number pattern (a currency mark, say) stays as written.
     static const QRegularExpression tail(QStringLiteral("[^#0,.]+$"));

@@ -2,6 +2,8 @@
 #include "fib_encoding.h"
 #include "fib_errors.h"
 
+#include <QRegularExpression>
+
 namespace {
 
 [[noreturn]] void clientError(const QString &text, QObject *raiser)
@@ -165,7 +167,10 @@ void TFIBQuery::Prepare()
     TFIBClientLibrary &fb = m_database->Client();
     ISC_STATUS_ARRAY status{};
     QStringList names;
-    const QString text = PreprocessParams(m_sql, names);
+    // Inside an EXECUTE BLOCK, ":name" is a local variable of the block, not a parameter.
+    static const QRegularExpression executeBlock(QStringLiteral("^\\s*EXECUTE\\s+BLOCK\\b"),
+                                                 QRegularExpression::CaseInsensitiveOption);
+    const QString text = executeBlock.match(m_sql).hasMatch() ? m_sql : PreprocessParams(m_sql, names);
     const QByteArray bytes = EncodeText(text, m_database->IsUnicodeConnect());
     const unsigned short dialect = static_cast<unsigned short>(m_database->SQLDialect);
 
