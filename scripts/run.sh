@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Installs, builds and starts the program.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/deps.sh
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKELVARION_TESTS=OFF -DKELVARION_BENCH=OFF
+cmake --build build -j2
+if [ -x build/app/kelvarion ]; then
+  exec build/app/kelvarion "$@"
+fi
+echo "Собраны библиотеки доступа к данным; окна программы появятся в следующих версиях."

@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Installs, builds everything and runs every test suite.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/deps.sh
+cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+cmake --build build -j2
+export QT_QPA_PLATFORM=offscreen
+ctest --test-dir build --output-on-failure -j2
