@@ -207,6 +207,19 @@ void TFIBDatabase::Close()
     m_handle = 0;
 }
 
+void TFIBDatabase::DropDatabase()
+{
+    CheckActive();
+    for (TFIBDatabaseClient *client : std::as_const(m_clients))
+        if (auto *tr = dynamic_cast<TFIBTransaction *>(client); tr && tr->Active())
+            tr->Rollback();
+    NotifyClosing();
+    ISC_STATUS_ARRAY status{};
+    if (Client().isc_drop_database(status, &m_handle))
+        RaiseFIBError(status, this);
+    m_handle = 0;
+}
+
 void TFIBDatabase::MarkConnectionLost()
 {
     // The server is gone: handles are dropped without asking it anything.

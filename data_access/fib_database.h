@@ -43,6 +43,8 @@ public:
     void CreateDatabase();
     void Open();
     void Close();
+    // Removes the attached database file for good.
+    void DropDatabase();
     bool Connected() const { return m_handle != 0; }
     void SetConnected(bool value);
 

@@ -1,0 +1,586 @@
+// Splitting scripts into statements, and running them against a real embedded database.
+#include "fib_script.h"
+#include "test_database.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+namespace {
+
+QStringList linesOf(const QString &text)
+{
+    return text.split(QLatin1Char('\n'));
+}
+
+QStringList split(const QString &text, const QStringList &defines = {})
+{
+    TpFIBScriptParser parser;
+    parser.ParseScript(linesOf(text), QStringLiteral(";"), defines);
+    QStringList texts;
+    for (int i = 0; i < parser.Count(); ++i)
+        texts << parser.StatementText(i);
+    return texts;
+}
+
+TFIBScriptStatement only(const QString &text)
+{
+    TpFIBScriptParser parser;
+    parser.ParseScript(linesOf(text));
+    EXPECT_EQ(parser.Count(), 1) << text.toStdString();
+    return parser.Count() > 0 ? parser.Statement(0) : TFIBScriptStatement{};
+}
+
+QString parseError(const QString &text, const QStringList &defines = {})
+{
+    try {
+        split(text, defines);
+    } catch (const EFIBScriptError &e) {
+        return e.Message();
+    }
+    return QStringLiteral("<no error>");
+}
+
+QString runError(const QString &text, int first = 1)
+{
+    TpFIBScripter s;
+    s.SetScriptText(text);
+    try {
+        s.ExecuteScript(first);
+    } catch (const EFIBScriptError &e) {
+        return e.Message();
+    }
+    return QStringLiteral("<no error>");
+}
+
+} // namespace
+
+// --- splitting ------------------------------------------------------------------------------
+
+TEST(ScriptSplit, TriggerBodiesWithoutTerminatorChangeAreOneStatement)
+{
+    EXPECT_EQ(split("CREATE TRIGGER T FOR X AS BEGIN IF (A) THEN B = 1; END;\nSELECT 1 FROM RDB$DATABASE;"),
+              QStringList({"CREATE TRIGGER T FOR X AS BEGIN IF (A) THEN B = 1; END", "SELECT 1 FROM RDB$DATABASE"}));
+
+    // Declarations stand between AS and BEGIN, each with its own ";".
+    const QString withDeclarations = "CREATE TRIGGER INS_ROLES FOR ROLES\n"
+                                     "ACTIVE BEFORE INSERT POSITION 0\n"
+                                     "AS\n"
+                                     "  DECLARE VARIABLE NEWROLENAME varchar(15);\n"
+                                     "  DECLARE VARIABLE N integer = 0;\n"
+                                     "BEGIN\n"
+                                     "  IF (NEW.ID IS NULL) THEN\n"
+                                     "    NEW.ID = GEN_ID(GEN_ROLES, 1);\n"
+                                     "END;\n"
+                                     "INSERT INTO ROLES (ROLENAME) VALUES ('x');";
+    const QStringList texts = split(withDeclarations);
+    ASSERT_EQ(texts.size(), 2);
+    EXPECT_TRUE(texts[0].startsWith("CREATE TRIGGER INS_ROLES"));
+    EXPECT_TRUE(texts[0].endsWith("    NEW.ID = GEN_ID(GEN_ROLES, 1);\nEND"));
+    EXPECT_EQ(texts[1], "INSERT INTO ROLES (ROLENAME) VALUES ('x')");
+
+    // A procedure without AS is complete at its first ";".
+    EXPECT_EQ(split("ALTER TRIGGER T INACTIVE;\nCOMMIT;").size(), 2);
+}
+
+TEST(ScriptSplit, NestedBlocksAndCaseBalanceInABody)
+{
+    const QString body = "CREATE OR ALTER PROCEDURE P (A integer) RETURNS (R integer)\n"
+                         "AS\n"
+                         "BEGIN\n"
+                         "  IF (A > 0) THEN\n"
+                         "  BEGIN\n"
+                         "    R = CASE A WHEN 1 THEN 10 ELSE 20 END;\n"
+                         "    R = (CASE WHEN A = 2 THEN 1 END) + COALESCE(CASE A WHEN 3 THEN 3 END, 0);\n"
+                         "    R = (CASE WHEN A = 4 THEN 1 ELSE 2 END + 1);\n"
+                         "  END\n"
+                         "  ELSE\n"
+                         "    BEGIN R = 0; END\n"
+                         "  SUSPEND;\n"
+                         "END;\n"
+                         "COMMIT;";
+    const QStringList texts = split(body);
+    ASSERT_EQ(texts.size(), 2);
+    EXPECT_TRUE(texts[0].endsWith("  SUSPEND;\nEND"));
+    EXPECT_EQ(texts[1], "COMMIT");
+}
+
+TEST(ScriptSplit, BeginInsideStringsAndCommentsDoesNotCount)
+{
+    const QString body = "EXECUTE BLOCK AS\n"
+                         "  DECLARE S varchar(20) = 'a begin b';\n"
+                         "BEGIN\n"
+                         "  S = 'x BEGIN CASE y' || \"z begin\"; -- begin\n"
+                         "  /* begin\n"
+                         "     case; */\n"
+                         "END;\n"
+                         "COMMIT;";
+    const QStringList texts = split(body);
+    ASSERT_EQ(texts.size(), 2);
+    EXPECT_TRUE(texts[0].endsWith("     case; */\nEND"));
+}
+
+TEST(ScriptSplit, DropIsNeverBodyScanned)
+{
+    // Were DROP scanned, the name would read as AS and the statement would run on past its ";".
+    EXPECT_EQ(split("DROP PROCEDURE As;\nDROP TRIGGER As;\nCOMMIT;"),
+              QStringList({"DROP PROCEDURE As", "DROP TRIGGER As", "COMMIT"}));
+}
+
+TEST(ScriptSplit, SetTermChangesTheTerminatorAndIsDropped)
+{
+    const QString script = "set term ^ ;\n"
+                           "CREATE PROCEDURE P AS\n"
+                           "BEGIN\n"
+                           "  EXIT;\n"
+                           "END^\n"
+                           "SET TERM ; ^\n"
+                           "COMMIT;";
+    TpFIBScriptParser parser;
+    parser.ParseScript(linesOf(script));
+    ASSERT_EQ(parser.Count(), 2);
+    EXPECT_EQ(parser.StatementText(0), "CREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND");
+    EXPECT_EQ(parser.Statement(0).StartLine, 1);
+    EXPECT_EQ(parser.Statement(0).EndLine, 4);
+    EXPECT_EQ(parser.Statement(0).EndPos, 3);
+    EXPECT_EQ(parser.StatementText(1), "COMMIT");
+
+    // A terminator of several characters, spread over lines.
+    EXPECT_EQ(split("SET TERM\n!! ;\nSELECT 1 FROM X!!\nSELECT 2!!x FROM Y!!\nSET TERM ; !!\nSELECT 3;"),
+              QStringList({"SELECT 1 FROM X", "SELECT 2!!x FROM Y", "SELECT 3"}));
+}
+
+TEST(ScriptSplit, LoneTerminatorsAndSectionLinesYieldNothing)
+{
+    const QString script = ";\n"
+                           ";--------------------------- CONFIG -----------\n"
+                           "  ; ;\n"
+                           "CREATE TABLE CONFIG (ID INTEGER);\n"
+                           ";--------------------------- ROLES -----------";
+    EXPECT_EQ(split(script), QStringList({"CREATE TABLE CONFIG (ID INTEGER)"}));
+}
+
+TEST(ScriptSplit, ATerminatorNeedsASeparatorAfterIt)
+{
+    EXPECT_EQ(split("COMMIT;ROLLBACK"), QStringList({"COMMIT;ROLLBACK"}));
+    EXPECT_EQ(split("COMMIT;\nROLLBACK;"), QStringList({"COMMIT", "ROLLBACK"}));
+    EXPECT_EQ(split("SELECT 1;1 FROM X;-- c\nSELECT 2;/* c */"), QStringList({"SELECT 1;1 FROM X", "SELECT 2"}));
+}
+
+TEST(ScriptSplit, CommentsBetweenStatementsBelongToNoneAndInsideAreKept)
+{
+    const QString script = "-- heading; not a statement\n"
+                           "/* COMMIT;\n"
+                           "   INSERT INTO T VALUES (0); */\n"
+                           "INSERT INTO T VALUES (1); -- trailing\n"
+                           "UPDATE T /* x; */ SET A = 2 -- y;\n"
+                           "  WHERE B = 1;\n"
+                           "INSERT INTO T VALUES ('a;b', \"c;d\", 'it''s;');";
+    EXPECT_EQ(split(script), QStringList({"INSERT INTO T VALUES (1)", "UPDATE T /* x; */ SET A = 2 -- y;\n  WHERE B = 1",
+                                          "INSERT INTO T VALUES ('a;b', \"c;d\", 'it''s;')"}));
+}
+
+TEST(ScriptSplit, StatementEndsAtTheTextEndOrBeforeATerminatorInColumnOne)
+{
+    TpFIBScriptParser parser;
+    parser.ParseScript(linesOf("SELECT 1\n;\nSELECT 2\n  FROM X"));
+    ASSERT_EQ(parser.Count(), 2);
+    EXPECT_EQ(parser.StatementText(0), "SELECT 1");
+    EXPECT_EQ(parser.Statement(0).EndLine, 0);
+    EXPECT_EQ(parser.Statement(0).EndPos, 8);
+    EXPECT_EQ(parser.StatementText(1), "SELECT 2\n  FROM X");
+    EXPECT_EQ(parser.Statement(1).Kind, skSQL);
+    EXPECT_EQ(parser.Capacity(), parser.Count());
+
+    // A body still open at the end is kept whole.
+    EXPECT_EQ(split("CREATE TRIGGER T FOR X AS BEGIN A = 1;"), QStringList({"CREATE TRIGGER T FOR X AS BEGIN A = 1;"}));
+}
+
+TEST(ScriptSplit, BraceCommentsDirectivesAndConditionals)
+{
+    TpFIBScriptParser parser;
+    parser.ParseScript(linesOf("{ a brace\n comment }\n{$DEFINE LOCAL}\nSELECT 1;"));
+    ASSERT_EQ(parser.Count(), 3);
+    EXPECT_EQ(parser.Statement(0).Kind, skEmpty);
+    EXPECT_EQ(parser.StatementText(0), "{ a brace\n comment }");
+    EXPECT_EQ(parser.Statement(1).Kind, skDirective);
+    EXPECT_EQ(parser.StatementText(1), "{$DEFINE LOCAL}");
+    EXPECT_EQ(parser.Statement(2).Kind, skSQL);
+
+    const QString conditional = "{$IFDEF FULL}\n"
+                                "SELECT 1;\n"
+                                "{$IFNDEF DEMO} SELECT 2; {$ELSE} SELECT 3; {$ENDIF}\n"
+                                "{$ELSE}\n"
+                                "SELECT 4; {$IFDEF DEMO} SELECT 5; {$ENDIF}\n"
+                                "{$ENDIF}\n"
+                                "SELECT 6;";
+    EXPECT_EQ(split(conditional, {"FULL"}), QStringList({"SELECT 1", "SELECT 2", "SELECT 6"}));
+    EXPECT_EQ(split(conditional, {"full", "DEMO"}), QStringList({"SELECT 1", "SELECT 3", "SELECT 6"}));
+    EXPECT_EQ(split(conditional, {"DEMO"}), QStringList({"SELECT 4", "SELECT 5", "SELECT 6"}));
+    EXPECT_EQ(split(conditional), QStringList({"SELECT 4", "SELECT 6"}));
+    // A name defined earlier in the same text counts.
+    EXPECT_EQ(split("{$DEFINE FULL}\n" + conditional).mid(1), QStringList({"SELECT 1", "SELECT 2", "SELECT 6"}));
+}
+
+TEST(ScriptSplit, KindsObjectKindsAndNames)
+{
+    struct Case
+    {
+        const char *text;
+        int kind;
+        int objectKind;
+        const char *name;
+    };
+    const Case cases[] = {
+        {"SELECT 1 FROM RDB$DATABASE", skSQL, sokNone, ""},
+        {"- 1", skEmpty, sokNone, ""},
+        {"/ 1", skEmpty, sokNone, ""},
+        {"DELETE FROM T", skDML, sokNone, ""},
+        {"update T set A = 1", skDML, sokNone, ""},
+        {"MERGE INTO T USING S ON 1 = 1 WHEN MATCHED THEN DELETE", skDML, sokNone, ""},
+        {"EXECUTE BLOCK AS BEGIN END", skDML, sokBlock, ""},
+        {"CONNECT 'a.fdb' USER 'u'", skConnect, sokNone, ""},
+        {"DISCONNECT", skDisconnect, sokNone, ""},
+        {"RECONNECT", skReconnect, sokNone, ""},
+        {"CREATE DATABASE 'x.fdb'", skCreateDatabase, sokDatabase, "'x.fdb'"},
+        {"DROP DATABASE", skDropDatabase, sokDatabase, ""},
+        {"COMMIT WORK", skCommit, sokNone, ""},
+        {"ROLLBACK", skRollback, sokNone, ""},
+        {"CREATE TABLE CONFIG (ID INTEGER)", skCreate, sokTable, "CONFIG"},
+        {"CREATE GLOBAL TEMPORARY TABLE TMP (ID INTEGER)", skCreate, sokTable, "TMP"},
+        {"CREATE DOMAIN D AS INTEGER", skCreate, sokDomain, "D"},
+        {"CREATE VIEW V AS SELECT 1 FROM X", skCreate, sokView, "V"},
+        {"create or alter procedure spOrderEdit(A integer) as begin end", skCreate, sokProcedure, "spOrderEdit"},
+        {"CREATE TRIGGER INS_CONFIG FOR CONFIG AS BEGIN END", skCreate, sokTrigger, "INS_CONFIG"},
+        {"DECLARE EXTERNAL FUNCTION F CSTRING(10) RETURNS INTEGER ENTRY_POINT 'f' MODULE_NAME 'm'", skDeclare,
+         sokExternalFunction, "F"},
+        {"CREATE FUNCTION F RETURNS INTEGER AS BEGIN RETURN 1; END", skCreate, sokFunction, "F"},
+        {"CREATE EXCEPTION ROLE_HAS_NAME 'text'", skCreate, sokException, "ROLE_HAS_NAME"},
+        {"CREATE GENERATOR GEN_CONFIG", skCreate, sokGenerator, "GEN_CONFIG"},
+        {"CREATE UNIQUE DESCENDING INDEX IX ON T (A)", skCreate, sokIndex, "IX"},
+        {"DECLARE FILTER FL INPUT_TYPE 1 OUTPUT_TYPE 2", skDeclare, sokFilter, "FL"},
+        {"CREATE ROLE R", skCreate, sokRole, "R"},
+        {"CREATE USER U PASSWORD 'p'", skCreate, sokUser, "U"},
+        {"CREATE PACKAGE PK AS BEGIN END", skCreate, sokPackage, "PK"},
+        {"RECREATE PACKAGE BODY PK AS BEGIN END", skRecreate, sokPackageBody, "PK"},
+        {"ALTER TABLE T ADD CONSTRAINT C UNIQUE (A)", skAlter, sokTable, "T"},
+        {"DROP PROCEDURE \"Mixed\"", skDrop, sokProcedure, "\"Mixed\""},
+        {"SET NAMES WIN1251", skSet, sokNone, ""},
+        {"SET GENERATOR GEN_CONFIG TO 5", skSetGenerator, sokGenerator, "GEN_CONFIG"},
+        {"SET STATISTICS INDEX IX", skSetStatistics, sokIndex, "IX"},
+        {"DESCRIBE TABLE T 'x'", skDescribe, sokNone, ""},
+        {"COMMENT ON TABLE T IS 'x'", skComment, sokNone, ""},
+        {"GRANT SELECT ON T TO PUBLIC", skGrant, sokNone, ""},
+        {"REVOKE SELECT ON T FROM PUBLIC", skGrant, sokNone, ""},
+        {"INPUT 'more.sql'", skInput, sokNone, ""},
+        {"BATCH", skBatch, sokNone, ""},
+        {"BATCH START", skBatchStart, sokNone, ""},
+        {"BATCH EXECUTE", skBatchExecute, sokNone, ""},
+        {"EXECUTE PROCEDURE P", skExecute, sokNone, ""},
+        {"-- leading comment\nINSERT INTO T VALUES (1)", skInsert, sokNone, ""},
+        {"REINSERT", skReinsert, sokNone, ""},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.text);
+        const TFIBScriptStatement st = only(QString::fromUtf8(c.text) + ";");
+        EXPECT_EQ(st.Kind, c.kind);
+        EXPECT_EQ(st.ObjectKind, c.objectKind);
+        EXPECT_EQ(st.ObjectName, QString::fromUtf8(c.name));
+    }
+}
+
+// --- error texts ----------------------------------------------------------------------------
+
+TEST(ScriptErrors, ParseErrorsNameLineAndPosition)
+{
+    EXPECT_EQ(parseError("SELECT 1\n  FROM {X};"), "Parse script error.\r\n Unexpected symbol \"{\"\r\nLine :2 Pos:8");
+    // Inside a string it is just a character.
+    EXPECT_EQ(parseError("SELECT '{' FROM X;"), "<no error>");
+
+    EXPECT_EQ(parseError("{$IFDEF A}\nSELECT 1;"), "Parse script error.\r\n$ENDIF skipped 1 times");
+    EXPECT_EQ(parseError("{$IFDEF A}\n{$IFDEF B}\nSELECT 1;\n{$ENDIF}"), "Parse script error.\r\n$ENDIF skipped 1 times");
+    EXPECT_EQ(parseError("{$IFDEF A}\n{$IFDEF B}\nSELECT 1;", {"A"}), "Parse script error.\r\n$ENDIF skipped 2 times");
+
+    EXPECT_EQ(parseError("SELECT 1;\n\n{$ENDIF}"), "Parse script error.\r\nCan't resolve directive  \"$ENDIF\"\r\nLine 3");
+    EXPECT_EQ(parseError("{$IFDEF}"), "Parse script error.\r\nCan't resolve directive  \"$IFDEF\"\r\nLine 1");
+    EXPECT_EQ(parseError("{$IFDEF A}{$ELSE}{$ELSE}{$ENDIF}"),
+              "Parse script error.\r\nCan't resolve directive  \"$ELSE\"\r\nLine 1");
+    EXPECT_EQ(parseError("{$DEFINE A"), "Parse script error.\r\nCan't resolve directive  \"$DEFINE A\"\r\nLine 1");
+}
+
+TEST(ScriptErrors, RunnerErrorsBeforeAnyServerWork)
+{
+    EXPECT_EQ(runError("COMMIT;\nCOMMIT;", 3), "Statement №3 don't exist");
+    EXPECT_EQ(runError("COMMIT;", 0), "Statement №0 don't exist");
+    EXPECT_EQ(runError("\n"), "<no error>"); // the empty updater script
+    EXPECT_EQ(runError("\n\n{$FOO BAR}\nCOMMIT;"), "Unknown directive :\r\nLine 3\r\n{$FOO BAR}");
+    EXPECT_EQ(runError("BATCH START;"), "Batch execute support for IB2007 only");
+    EXPECT_EQ(runError("BATCH EXECUTE;"), "Batch execute support for IB2007 only");
+    EXPECT_EQ(runError("DESCRIBE WIDGET W 'x';"), "Unsupported DESCRIBE type WIDGET");
+}
+
+// --- running --------------------------------------------------------------------------------
+
+namespace {
+
+class ScriptRun : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        s.setObjectName("ScriptTables");
+        s.SetDatabase(&t.Db());
+        s.SetTransaction(&t.Tr());
+    }
+
+    void Run(const QString &text, int first = 1)
+    {
+        s.SetScriptText(text);
+        s.ExecuteScript(first);
+    }
+
+    bool TableExists(const QString &name)
+    {
+        return t.Scalar("select count(*) from rdb$relations where rdb$relation_name = '" + name + "'").toInt() == 1;
+    }
+
+    int Rows(const QString &table) { return t.Scalar("select count(*) from " + table).toInt(); }
+
+    TestDatabase t;
+    TpFIBScripter s; // after the database: it goes first
+};
+
+} // namespace
+
+TEST_F(ScriptRun, CommitAndRollbackOnAnInactiveTransactionDoNothing)
+{
+    ASSERT_FALSE(t.Tr().Active());
+    EXPECT_NO_THROW(Run("COMMIT;\nROLLBACK;\nCOMMIT WORK;"));
+    EXPECT_FALSE(t.Tr().Active());
+}
+
+TEST_F(ScriptRun, AFailingStatementStopsTheRunAndLeavesTheTransactionAsItIs)
+{
+    const QString script = "CREATE TABLE A (ID INTEGER);\n"
+                           "INSERT INTO A VALUES (1);\n"
+                           "INSERT INTO A VALUES (2);\n"
+                           "INSERT INTO MISSING VALUES (3);\n"
+                           "CREATE TABLE B (ID INTEGER);";
+    try {
+        Run(script);
+        FAIL() << "the run went through";
+    } catch (const EFIBInterBaseError &e) {
+        EXPECT_EQ(e.SQLCode, -204);
+    }
+    EXPECT_EQ(s.CurrentStatement(), 4);
+    ASSERT_TRUE(t.Tr().Active());
+    EXPECT_EQ(Rows("A"), 2); // pending in the same transaction
+    EXPECT_FALSE(TableExists("B"));
+
+    t.Tr().Rollback();
+    EXPECT_TRUE(TableExists("A")); // the DDL was committed at once
+    EXPECT_EQ(Rows("A"), 0);
+}
+
+TEST_F(ScriptRun, ErrorHandlerDecidesOnRollbackAndStop)
+{
+    Run("CREATE TABLE A (ID INTEGER);");
+    QList<int> failed;
+    QString failedText;
+    s.OnExecuteError = [&](TpFIBScripter *, int no, int line, const QString &text, const EFIBError &, bool &, bool &) {
+        failed << no << line;
+        failedText = text;
+    };
+    Run("INSERT INTO A VALUES (1);\n\nINSERT INTO A VALUES ('x');\nINSERT INTO A VALUES (3);");
+    EXPECT_EQ(failed, QList<int>({2, 3}));
+    EXPECT_EQ(failedText, "INSERT INTO A VALUES ('x')");
+    EXPECT_FALSE(t.Tr().Active()); // rolled back, and the third insert never ran
+    EXPECT_EQ(Rows("A"), 0);
+
+    s.OnExecuteError = [&](TpFIBScripter *, int, int, const QString &, const EFIBError &, bool &rollback, bool &stop) {
+        rollback = false;
+        stop = false;
+    };
+    Run("INSERT INTO A VALUES (1);\nINSERT INTO A VALUES ('x');\nINSERT INTO A VALUES (3);");
+    EXPECT_EQ(Rows("A"), 2);
+}
+
+TEST_F(ScriptRun, AutoDDLCommitsEachSchemaStatement)
+{
+    Run("CREATE TABLE D (ID INTEGER);\nINSERT INTO D VALUES (1);\nCREATE GENERATOR G;");
+    EXPECT_FALSE(t.Tr().Active()); // the insert went with the generator's commit
+    EXPECT_EQ(Rows("D"), 1);
+
+    Run("INSERT INTO D VALUES (2);\nSET AUTODDL OFF;\nCREATE TABLE E (ID INTEGER);");
+    EXPECT_FALSE(s.AutoDDL);
+    ASSERT_TRUE(t.Tr().Active());
+    t.Tr().Rollback();
+    EXPECT_FALSE(TableExists("E"));
+    EXPECT_EQ(Rows("D"), 1);
+
+    Run("SET AUTODDL ON;\nCREATE TABLE E (ID INTEGER);\nINSERT INTO E VALUES (1);");
+    t.Tr().Rollback();
+    EXPECT_TRUE(TableExists("E"));
+    EXPECT_EQ(Rows("E"), 0);
+}
+
+TEST_F(ScriptRun, SetStatementsAreKeptByTheRunnerAndNeverSent)
+{
+    const int charSet = t.Db().AttachmentCharSet();
+    Run("SET NAMES WIN1251;\n"
+        "SET SQL DIALECT 1;\n"
+        "SET CLIENTLIB 'fbembed.dll';\n"
+        "SET ECHO ON;\n"
+        "CREATE TABLE C (S VARCHAR(20));\n"
+        "INSERT INTO C VALUES ('Привет');\n"
+        "COMMIT;");
+    EXPECT_EQ(t.Db().AttachmentCharSet(), charSet);
+    EXPECT_EQ(s.CharSet(), "WIN1251");
+    EXPECT_EQ(s.SQLDialect(), 1);
+    EXPECT_EQ(s.ClientLibrary, "fbembed.dll");
+    EXPECT_EQ(t.Scalar("select S from C").toString(), "Привет");
+
+    // Dialect and character set start afresh with every run.
+    Run("COMMIT;");
+    EXPECT_EQ(s.SQLDialect(), 3);
+    EXPECT_TRUE(s.CharSet().isEmpty());
+}
+
+TEST_F(ScriptRun, BodiesRunWholeWithAndWithoutSetTerm)
+{
+    Run("CREATE TABLE A (ID INTEGER);\n"
+        "CREATE GENERATOR GEN_A;\n"
+        "CREATE TRIGGER INS_A FOR A ACTIVE BEFORE INSERT POSITION 0\n"
+        "AS\n"
+        "  DECLARE VARIABLE N INTEGER;\n"
+        "BEGIN\n"
+        "  N = GEN_ID(GEN_A, 1);\n"
+        "  IF (NEW.ID IS NULL) THEN\n"
+        "  BEGIN\n"
+        "    NEW.ID = N * 10;\n"
+        "  END\n"
+        "END;\n"
+        "SET TERM ^ ;\n"
+        "CREATE OR ALTER PROCEDURE ADD_A (N INTEGER) AS\n"
+        "BEGIN\n"
+        "  INSERT INTO A (ID) VALUES (:N);\n"
+        "END^\n"
+        "SET TERM ; ^\n"
+        "INSERT INTO A (ID) VALUES (NULL);\n"
+        "EXECUTE PROCEDURE ADD_A(5);\n"
+        "EXECUTE BLOCK AS DECLARE I INTEGER = 0; BEGIN WHILE (I < 2) DO BEGIN INSERT INTO A VALUES (100 + :I); I = I + 1; END END;\n"
+        "COMMIT;");
+    EXPECT_EQ(s.StatementsCount(), 8);
+    EXPECT_EQ(t.Scalar("select list(ID, ',') from (select ID from A order by ID)").toString(), "5,10,100,101");
+}
+
+TEST_F(ScriptRun, StartsAtTheGivenStatementAndReparsesAChangedScript)
+{
+    Run("CREATE TABLE A (ID INTEGER);");
+    s.SetScriptText("INSERT INTO A VALUES (1);\nINSERT INTO A VALUES (2);\nREINSERT;");
+    EXPECT_FALSE(s.Parsed());
+    s.ExecuteScript(2);
+    EXPECT_TRUE(s.Parsed());
+    EXPECT_EQ(t.Scalar("select list(ID, ',') from A").toString(), "2,2");
+
+    s.SetScript({"INSERT INTO A VALUES (3);"});
+    EXPECT_FALSE(s.Parsed());
+    s.ExecuteScript(1);
+    EXPECT_EQ(Rows("A"), 3);
+}
+
+TEST_F(ScriptRun, DescribeInputAndDirectives)
+{
+    Run("CREATE TABLE A (ID INTEGER);\nDESCRIBE TABLE A 'Plain note';\nDESCRIBE COLUMN A.ID 'Key';");
+    EXPECT_EQ(t.Scalar("select cast(rdb$description as varchar(40)) from rdb$relations where rdb$relation_name = 'A'")
+                  .toString(),
+              "Plain note");
+    EXPECT_EQ(t.Scalar("select cast(rdb$description as varchar(40)) from rdb$relation_fields "
+                       "where rdb$relation_name = 'A' and rdb$field_name = 'ID'")
+                  .toString(),
+              "Key");
+
+    QFile more(QDir(t.Folder()).filePath("more.sql"));
+    ASSERT_TRUE(more.open(QIODevice::WriteOnly));
+    more.write("INSERT INTO A VALUES (7);\r\nSET AUTODDL OFF;\r\n");
+    more.close();
+    QFile main(QDir(t.Folder()).filePath("main.sql"));
+    ASSERT_TRUE(main.open(QIODevice::WriteOnly));
+    main.write("{$DEFINE LOCAL}\nINPUT more.sql;\nINSERT INTO A VALUES (8);\n");
+    main.close();
+    s.LoadScriptFromFile(main.fileName());
+    s.ExecuteScript();
+    EXPECT_EQ(t.Scalar("select list(ID, ',') from A").toString(), "7,8");
+    EXPECT_FALSE(s.AutoDDL); // a nested script's settings hold afterwards
+    EXPECT_TRUE(s.ActiveDefines().contains("LOCAL"));
+}
+
+TEST(ScriptDatabase, CreateConnectDisconnectAndDropDatabase)
+{
+    QTemporaryDir dir;
+    const QString path = QDir(dir.path()).filePath("made.fdb");
+    TpFIBDatabase db;
+    db.setObjectName("dbScript");
+    TpFIBScripter s; // with a transaction of its own
+    s.SetDatabase(&db);
+
+    s.SetScriptText("SET SQL DIALECT 1;\n"
+                    "CREATE DATABASE '" + path + "' PAGE_SIZE 8192;\n"
+                    "CREATE TABLE Z (ID INTEGER, D DATE);\n"
+                    "INSERT INTO Z VALUES (1, '2024-01-02 10:11:12');\n"
+                    "DISCONNECT;");
+    s.ExecuteScript();
+    EXPECT_FALSE(db.Connected());
+    ASSERT_TRUE(QFile::exists(path));
+
+    s.SetScriptText("CONNECT '" + path + "' USER 'SYSDBA' PASSWORD 'x';\n"
+                    "INSERT INTO Z VALUES (2, NULL);\n"
+                    "COMMIT;");
+    s.ExecuteScript();
+    ASSERT_TRUE(db.Connected());
+    EXPECT_EQ(db.DatabaseSQLDialect(), 1);
+    EXPECT_EQ(s.ConnectUser(), "SYSDBA");
+    {
+        TpFIBTransaction tr;
+        tr.SetDefaultDatabase(&db);
+        tr.StartTransaction();
+        TpFIBQuery q;
+        q.SetDatabase(&db);
+        q.SetTransaction(&tr);
+        q.SetSQLText("select count(*), max(extract(hour from D)) from Z");
+        q.ExecQuery();
+        ASSERT_TRUE(q.Next());
+        EXPECT_EQ(q.Fields(0).AsInteger(), 1); // the first insert went with DISCONNECT's rollback
+        EXPECT_TRUE(q.Fields(1).IsNull());
+        q.Close();
+        tr.Commit();
+    }
+
+    s.SetScriptText("RECONNECT;\nDROP DATABASE;");
+    s.ExecuteScript();
+    EXPECT_FALSE(db.Connected());
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST(ScriptDeploy, FirstDeploymentScriptBuildsTheSchema)
+{
+    const QString file = QFileInfo(QStringLiteral(__FILE__)).dir().filePath("../../db/script_tab.sql");
+    if (!QFile::exists(file))
+        GTEST_SKIP() << "no script_tab.sql";
+    TestDatabase t;
+    TpFIBScripter s;
+    s.setObjectName("ScriptTables");
+    s.SetDatabase(&t.Db());
+    s.SetTransaction(&t.Tr());
+    s.LoadScriptFromFile(file);
+    s.ExecuteScript(1);
+
+    EXPECT_EQ(s.StatementsCount(), 282);
+    EXPECT_FALSE(t.Tr().Active()); // the script ends with COMMIT
+    EXPECT_EQ(t.Scalar("select count(*) from rdb$relations where rdb$system_flag = 0").toInt(), 39);
+    EXPECT_EQ(t.Scalar("select count(*) from rdb$triggers where rdb$system_flag = 0").toInt(), 57);
+    EXPECT_EQ(t.Scalar("select count(*) from rdb$exceptions").toInt(), 7);
+    EXPECT_EQ(t.Scalar("select ID from CUST").toInt(), 1);
+    EXPECT_EQ(t.Scalar("select PVALUE from CONFIG where PNAME = 'ORDERSTEXT'").toString(), "Заказ");
+}
