@@ -1,6 +1,13 @@
 #include "test_database.h"
 
-TestDatabase::TestDatabase(const QString &fileName)
+#include "data_dm.h"
+#include "dialogs.h"
+
+#include <QFile>
+#include <QMutex>
+#include <cstdlib>
+
+TestDatabase::TestDatabase(const QString &fileName, const QString &copyOf)
 {
     m_path = m_dir.filePath(fileName);
     m_db = std::make_unique<TpFIBDatabase>();
@@ -11,7 +18,21 @@ TestDatabase::TestDatabase(const QString &fileName)
     m_tr->setObjectName(QStringLiteral("pFIBTransaction1"));
     m_tr->SetDefaultDatabase(m_db.get());
     m_db->DefaultTransaction = m_tr.get();
-    m_db->CreateDatabase();
+    if (copyOf.isEmpty()) {
+        m_db->CreateDatabase();
+        return;
+    }
+    if (!QFile::copy(copyOf, m_path))
+        throw EDatabaseError(QStringLiteral("cannot copy %1").arg(copyOf));
+    QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner);
+    m_db->Open();
+}
+
+void TestDatabase::CommitAndRestart()
+{
+    if (m_tr->Active())
+        m_tr->Commit();
+    m_tr->StartTransaction();
 }
 
 TestDatabase::~TestDatabase()
@@ -54,4 +75,51 @@ QVariant TestDatabase::Scalar(const QString &sql)
     if (!q->Next())
         return QVariant();
     return q->Fields(0).AsVariant();
+}
+
+namespace {
+
+// Records what the data module would have shown.
+class SilentDialogs : public Dialogs
+{
+public:
+    QStringList Texts;
+    int Show(Kind, const QString &text, Buttons, const QString &) override
+    {
+        Texts << text;
+        return ResultOk;
+    }
+};
+
+} // namespace
+
+QString DeployedTemplatePath()
+{
+    static QTemporaryDir home;
+    static QString path;
+    if (!path.isEmpty())
+        return path;
+    const QByteArray savedHome = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    SilentDialogs dialogs;
+    Dialogs::Install(&dialogs);
+    QString error;
+    {
+        TDataDM dm(nullptr, {QStringLiteral("kelvarion")});
+        if (!dm.IsNewDatabase() || !dialogs.Texts.isEmpty())
+            error = dm.LastScriptError() + dialogs.Texts.join(QLatin1Char('\n'));
+        path = dm.DbFileName;
+        dm.pFIBTransaction1.StartTransaction();
+    } // the data module commits and disconnects here
+    Dialogs::Install(nullptr);
+    ResetApplicationTerminate();
+    if (savedHome.isEmpty())
+        qunsetenv("XDG_DATA_HOME");
+    else
+        qputenv("XDG_DATA_HOME", savedHome);
+    if (!error.isEmpty()) {
+        path.clear();
+        throw EDatabaseError(QStringLiteral("deployment failed: ") + error);
+    }
+    return path;
 }

@@ -14,8 +14,9 @@ inline void PrintTo(const QString &s, std::ostream *os) { *os << '"' << s.toStdS
 class TestDatabase
 {
 public:
-    // Creates a new dialect 1 database; `fileName` inside a fresh temporary folder.
-    explicit TestDatabase(const QString &fileName = QStringLiteral("test.fdb"));
+    // Creates a new dialect 1 database `fileName` inside a fresh temporary folder, or attaches a copy of
+    // `copyOf` under that name.
+    explicit TestDatabase(const QString &fileName = QStringLiteral("test.fdb"), const QString &copyOf = QString());
     ~TestDatabase();
 
     QString Path() const { return m_path; }
@@ -29,9 +30,23 @@ public:
     // First column of the first row of a select.
     QVariant Scalar(const QString &sql);
 
+    // Commits when active, then starts again: what a test saw stays, as at the end of a run.
+    void CommitAndRestart();
+
 private:
     QTemporaryDir m_dir;
     QString m_path;
     std::unique_ptr<TpFIBDatabase> m_db;
     std::unique_ptr<TpFIBTransaction> m_tr;
+};
+
+// A database deployed by the data module once per test process; every caller gets the same file,
+// which it must only copy.
+QString DeployedTemplatePath();
+
+// A fresh copy of the fully deployed database, attached with the program's settings.
+class DeployedDatabase : public TestDatabase
+{
+public:
+    DeployedDatabase() : TestDatabase(QStringLiteral("database.fdb"), DeployedTemplatePath()) {}
 };

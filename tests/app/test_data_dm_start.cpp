@@ -1,0 +1,227 @@
+// The data module's start: folders, "TRACE", creation, five tries, deployment and the commit at the end.
+#include "data_dm.h"
+#include "dialogs.h"
+#include "test_database.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <gtest/gtest.h>
+
+namespace {
+
+class RecordingDialogs : public Dialogs
+{
+public:
+    QStringList Texts;
+    int Show(Kind, const QString &text, Buttons, const QString &) override
+    {
+        Texts << text;
+        return ResultOk;
+    }
+};
+
+// A per-user data folder and a program folder of the test's own, with small override scripts so that
+// a new database deploys in moments.
+class Start : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        savedCwd = QDir::currentPath();
+        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+        QDir::setCurrent(programDir.path());
+        writeOverride("script_tab.txt", "CREATE TABLE CONFIG (ID integer, PNAME varchar(32));\n"
+                                        "INSERT INTO CONFIG VALUES (1, 'ORDERSTEXT');\nCOMMIT;\n");
+        writeOverride("script_proc.txt", "SET TERM ^ ;\nCREATE OR ALTER PROCEDURE spPing RETURNS (R integer) AS\n"
+                                         "begin R = 1; end^\nSET TERM ; ^\nCOMMIT;\n");
+        Dialogs::Install(&dialogs);
+        ResetApplicationTerminate();
+    }
+
+    void TearDown() override
+    {
+        Dialogs::Install(nullptr);
+        ResetApplicationTerminate();
+        QDir::setCurrent(savedCwd);
+        qunsetenv("XDG_DATA_HOME");
+    }
+
+    void writeOverride(const QString &name, const QByteArray &text)
+    {
+        QFile f(programDir.filePath(name));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(text);
+    }
+
+    QString dbPath() const { return home.path() + "/Kelvarion/db/database.fdb"; }
+
+    int count(TDataDM &dm, const QString &sql)
+    {
+        dm.pFIBTransaction1.StartTransaction();
+        dm.Query.SetSQLText(sql);
+        dm.Query.ExecQuery();
+        dm.Query.Next();
+        const int n = dm.Query.Fields(0).AsInteger();
+        dm.Query.Close();
+        return n;
+    }
+
+    QTemporaryDir home;
+    QTemporaryDir programDir;
+    QString savedCwd;
+    RecordingDialogs dialogs;
+};
+
+} // namespace
+
+TEST_F(Start, FirstStartCreatesTheFoldersAndDeploysTheScripts)
+{
+    {
+        TDataDM dm(nullptr, {"kelvarion"});
+        EXPECT_EQ(DataDM, &dm);
+        EXPECT_EQ(dm.DataFolder, home.path() + "/Kelvarion/");
+        EXPECT_EQ(dm.DbFolder, dm.DataFolder + "db/");
+        EXPECT_EQ(dm.DocFolder, dm.DataFolder + "doc/");
+        EXPECT_EQ(dm.DbFileName, dbPath());
+        EXPECT_EQ(dm.pFIBDatabaseMain.DBName, dbPath());
+        EXPECT_TRUE(dm.IsNewDatabase());
+        EXPECT_TRUE(dm.pFIBDatabaseMain.Connected());
+        EXPECT_EQ(dm.ConnectTries, 1);
+        EXPECT_TRUE(dialogs.Texts.isEmpty());
+        EXPECT_FALSE(ApplicationTerminateRequested());
+        EXPECT_FALSE(QFileInfo::exists(dm.DocFolder));
+        EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
+        EXPECT_EQ(count(dm, "select count(*) from rdb$procedures where rdb$procedure_name = 'SPPING'"), 1);
+    }
+    EXPECT_EQ(DataDM, nullptr);
+
+    // The second start opens the same file as it is, whatever lies beside the program.
+    writeOverride("script_update.txt", "INSERT INTO CONFIG VALUES (2, 'X');\nCOMMIT;\n");
+    TDataDM again(nullptr, {"kelvarion"});
+    EXPECT_FALSE(again.IsNewDatabase());
+    EXPECT_EQ(count(again, "select count(*) from CONFIG"), 1);
+}
+
+TEST_F(Start, TraceAsFirstArgumentInAnyCaseThrowsTheDatabaseAway)
+{
+    {
+        TDataDM dm(nullptr, {"kelvarion"});
+        count(dm, "select count(*) from CONFIG");
+        dm.Query.SetSQLText("insert into CONFIG values (5, 'MARK')");
+        dm.Query.ExecQuery();
+    } // committed at destroy
+    {
+        TDataDM dm(nullptr, {"kelvarion", "x", "TRACE"});
+        EXPECT_FALSE(dm.IsNewDatabase());
+        EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
+    }
+    TDataDM dm(nullptr, {"kelvarion", "tRaCe"});
+    EXPECT_TRUE(dm.IsNewDatabase());
+    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
+}
+
+TEST_F(Start, UpdateScriptRunsAfterTheOthersOnlyWhenItsFileExists)
+{
+    writeOverride("script_update.txt", "INSERT INTO CONFIG VALUES (2, 'ДОБАВЛЕНО');\nCOMMIT;\n");
+    TDataDM dm(nullptr, {"kelvarion"});
+    EXPECT_TRUE(dialogs.Texts.isEmpty());
+    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
+}
+
+TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
+{
+    writeOverride("script_tab.txt", "CREATE TABLE CONFIG (ID integer);\nINSERT INTO NOSUCH VALUES (1);\n"
+                                    "CREATE TABLE LATER (ID integer);\n");
+    {
+        TDataDM dm(nullptr, {"kelvarion"});
+        ASSERT_EQ(dialogs.Texts.size(), 1);
+        EXPECT_EQ(dialogs.Texts[0], "E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\n"
+                                    "Обратитесь к системному администратору.");
+        EXPECT_TRUE(ApplicationTerminateRequested());
+        EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_tab.txt ")) << dm.LastScriptError().toStdString();
+        EXPECT_TRUE(dm.LastScriptError().contains("NOSUCH"));
+        EXPECT_EQ(count(dm, "select count(*) from rdb$relations where rdb$relation_name = 'CONFIG'"), 1);
+        EXPECT_EQ(count(dm, "select count(*) from rdb$relations where rdb$relation_name = 'LATER'"), 0);
+        EXPECT_EQ(count(dm, "select count(*) from rdb$procedures where rdb$procedure_name = 'SPPING'"), 0);
+    }
+    // The half-made file is opened as it is at the next start.
+    dialogs.Texts.clear();
+    ResetApplicationTerminate();
+    TDataDM dm(nullptr, {"kelvarion"});
+    EXPECT_FALSE(dm.IsNewDatabase());
+    EXPECT_TRUE(dialogs.Texts.isEmpty());
+}
+
+TEST_F(Start, UnattachableFileIsTriedFiveTimesWithOneMessage)
+{
+    QDir().mkpath(home.path() + "/Kelvarion/db");
+    QFile f(dbPath());
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(QByteArray(8192, 'z'));
+    f.close();
+
+    TDataDM dm(nullptr, {"kelvarion"});
+    EXPECT_EQ(dm.ConnectTries, 5);
+    EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
+    EXPECT_FALSE(dm.IsNewDatabase());
+    ASSERT_EQ(dialogs.Texts.size(), 1);
+    EXPECT_TRUE(dialogs.Texts[0].startsWith("E1001: "));
+    EXPECT_TRUE(ApplicationTerminateRequested());
+}
+
+TEST_F(Start, FolderThatCannotBeCreatedEndsInE1001)
+{
+    QFile blocker(home.filePath("blocked"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    qputenv("XDG_DATA_HOME", home.filePath("blocked").toLocal8Bit());
+    TDataDM dm(nullptr, {"kelvarion"});
+    EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
+    ASSERT_EQ(dialogs.Texts.size(), 1);
+    EXPECT_TRUE(dialogs.Texts[0].startsWith("E1001: "));
+    EXPECT_TRUE(ApplicationTerminateRequested());
+}
+
+TEST_F(Start, UnreadableOverrideFallsBackToTheBuiltInText)
+{
+    // A folder in the file's place cannot be read as a script.
+    QFile::remove(programDir.filePath("script_proc.txt"));
+    QDir(programDir.path()).mkdir("script_proc.txt");
+    writeOverride("script_tab.txt", "CREATE TABLE CONFIG (ID integer, PNAME varchar(32));\nCOMMIT;\n");
+    TDataDM dm(nullptr, {"kelvarion"});
+    // The built-in procedures script needs the built-in tables, so it fails here: proof that it ran.
+    EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_proc.txt ")) << dm.LastScriptError().toStdString();
+}
+
+TEST_F(Start, TheRunIsOneTransactionCommittedAtDestroy)
+{
+    {
+        TDataDM dm(nullptr, {"kelvarion"});
+        count(dm, "select count(*) from CONFIG");
+        dm.Query.SetSQLText("insert into CONFIG values (7, 'Сохранится')");
+        dm.Query.ExecQuery();
+        dm.Query.ExecProcedure("spPing");
+        EXPECT_EQ(dm.Query.Fields(0).AsInteger(), 1);
+    }
+    {
+        TDataDM dm(nullptr, {"kelvarion"});
+        EXPECT_EQ(count(dm, "select count(*) from CONFIG where ID = 7"), 1);
+        dm.Query.SetSQLText("select PNAME from CONFIG where ID = 7");
+        dm.Query.ExecQuery();
+        ASSERT_TRUE(dm.Query.Next());
+        EXPECT_EQ(dm.Query.Fields(0).AsString(), "Сохранится");
+        dm.Query.SetSQLText("delete from CONFIG");
+        dm.Query.ExecQuery();
+        dm.pFIBDatabaseMain.Close(); // as if killed: nothing of this run is kept
+    }
+    TDataDM dm(nullptr, {"kelvarion"});
+    // Nothing opened since the last commit: the end of the run has nothing to commit.
+    try {
+        dm.DataModuleDestroy();
+        FAIL();
+    } catch (const EFIBError &e) {
+        EXPECT_EQ(e.Message(), "pFIBTransaction1 :Transaction is not active.");
+    }
+    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
+}
