@@ -8,4 +8,4 @@ cmake --build build -j2
 if [ -x build/app/kelvarion ]; then
   exec build/app/kelvarion "$@"
 fi
-echo "Собраны библиотеки доступа к данным; окна программы появятся в следующих версиях."
+echo "Программа не собрана." >&2; exit 1
