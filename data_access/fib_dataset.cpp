@@ -183,6 +183,30 @@ void TFIBField::SetValue(const QVariant &value)
 
 // ---------------------------------------------------------------------------------------------
 
+class TFIBDataSet::FetchNotice
+{
+public:
+    explicit FetchNotice(TFIBDataSet *ds) : m_ds(ds), m_before(int(ds->m_rows.size())) {}
+    ~FetchNotice()
+    {
+        const int after = int(m_ds->m_rows.size());
+        if (after > m_before && m_ds->m_state != dsInactive)
+            emit m_ds->RowsFetched(m_before, after - 1);
+    }
+
+private:
+    TFIBDataSet *m_ds;
+    int m_before;
+};
+
+void TFIBDataSet::SetState(TDataSetState state)
+{
+    if (m_state == state)
+        return;
+    m_state = state;
+    emit StateChanged(state);
+}
+
 TFIBDataSet::TFIBDataSet(QObject *owner) : QObject(owner)
 {
     m_select.setObjectName(QStringLiteral("SelectQuery"));
@@ -360,6 +384,8 @@ void TFIBDataSet::Open()
     m_current = m_rows.isEmpty() ? -1 : 0;
     m_bof = true;
     m_eof = m_rows.isEmpty();
+    emit Opened();
+    emit StateChanged(m_state);
     if (AfterOpen)
         AfterOpen(this);
     DoAfterScroll();
@@ -379,6 +405,8 @@ void TFIBDataSet::Close()
     m_current = -1;
     m_eof = m_bof = true;
     m_allFetched = true;
+    emit Closed();
+    emit StateChanged(m_state);
 }
 
 void TFIBDataSet::TransactionEnded(TFIBTransaction *)
@@ -453,6 +481,7 @@ bool TFIBDataSet::FetchRow()
 
 int TFIBDataSet::FetchMore(int count)
 {
+    FetchNotice notice(this);
     int got = 0;
     while (got < count && FetchRow())
         ++got;
@@ -461,6 +490,7 @@ int TFIBDataSet::FetchMore(int count)
 
 void TFIBDataSet::FetchAll()
 {
+    FetchNotice notice(this);
     while (FetchRow()) {
     }
 }
@@ -522,16 +552,19 @@ void TFIBDataSet::SetFieldValue(int field, const QVariant &value)
     if ((PrepareOptions & psSetEmptyStrToNull) && v.typeId() == QMetaType::QString && v.toString().isEmpty())
         v = QVariant();
     m_editBuffer[field] = v;
+    emit FieldChanged(field);
 }
 
 void TFIBDataSet::DoAfterScroll()
 {
+    emit Scrolled(m_current);
     if (AfterScroll)
         AfterScroll(this);
 }
 
 bool TFIBDataSet::MoveTo(int index)
 {
+    FetchNotice notice(this);
     while (index >= m_rows.size() && FetchRow()) {
     }
     if (index < 0 || index >= m_rows.size())
@@ -592,6 +625,7 @@ bool TFIBDataSet::Locate(const QString &keyFields, const QVariant &keyValues, in
     for (const QString &name : keyFields.split(QLatin1Char(';'), Qt::SkipEmptyParts))
         keys.append(FieldByName(name.trimmed())->Index());
     QVariantList values = keys.size() == 1 ? QVariantList{keyValues} : keyValues.toList();
+    FetchNotice notice(this);
 
     auto matches = [&](int row) {
         for (int k = 0; k < keys.size(); ++k) {
@@ -644,7 +678,7 @@ void TFIBDataSet::Edit()
     for (int i = 0; i < m_fields.size(); ++i)
         m_editBuffer[i] = StoredValue(m_current, i);
     m_oldValues = m_editBuffer;
-    m_state = dsEdit;
+    SetState(dsEdit);
 }
 
 void TFIBDataSet::Insert()
@@ -661,7 +695,8 @@ void TFIBDataSet::Cancel()
 {
     if (m_state == dsEdit || m_state == dsInsert) {
         m_editBuffer.clear();
-        m_state = dsBrowse;
+        SetState(dsBrowse);
+        emit RowChanged(m_current);
     }
 }
 
@@ -720,7 +755,7 @@ void TFIBDataSet::Post()
     }
 
     m_changed[m_current] = m_editBuffer;
-    m_state = dsBrowse;
+    SetState(dsBrowse);
     if (AutoCommit && Transaction() && Transaction()->Active())
         Transaction()->CommitRetaining();
 
@@ -738,6 +773,7 @@ void TFIBDataSet::Post()
         m_refresh.Close();
     }
     m_editBuffer.clear();
+    emit RowChanged(m_current);
     if (AfterPost)
         AfterPost(this);
 }

@@ -70,6 +70,7 @@ QString FormatFieldValue(const QVariant &value, const QString &format);
 
 class TFIBDataSet : public QObject, public TFIBDatabaseClient
 {
+    Q_OBJECT
 public:
     explicit TFIBDataSet(QObject *owner = nullptr);
     ~TFIBDataSet() override;
@@ -150,7 +151,20 @@ public:
     void TransactionEnded(TFIBTransaction *) override;
     void DatabaseClosing() override;
 
+signals:
+    // For views bound to the dataset.
+    void Opened();
+    void Closed();
+    void RowsFetched(int first, int last);
+    void Scrolled(int row);
+    void StateChanged(TDataSetState state);
+    void FieldChanged(int field);
+    void RowChanged(int row);
+
 private:
+    // Announces the rows that came in while it lived.
+    class FetchNotice;
+    void SetState(TDataSetState state);
     friend class TFIBField;
     QVariant CurrentValue(int field) const;
     QVariant StoredValue(int row, int field) const;
