@@ -1,23 +1,8 @@
 // Connection facts, the transaction's ends and the client-side texts, on real embedded databases.
-#include "test_database.h"
+#include "database_test.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
-
-namespace {
-
-template <typename F>
-QString errorText(F &&f)
-{
-    try {
-        f();
-    } catch (const EDatabaseError &e) {
-        return e.Message();
-    }
-    return QStringLiteral("<no error>");
-}
-
-} // namespace
 
 TEST(Connection, NewDatabaseHasDialectOneCharsetNoneAndComputedFacts)
 {
@@ -57,21 +42,21 @@ TEST(Connection, NeedUTFEncodeDDLDependsOnServerAndStructureVersions)
 TEST(Connection, ClientSideConditionsUseTheirTexts)
 {
     TestDatabase t;
-    EXPECT_EQ(errorText([&] { t.Db().CreateDatabase(); }), "Cannot perform operation -- DB is currently open.");
+    EXPECT_EQ(ErrorOf([&] { t.Db().CreateDatabase(); }), "Cannot perform operation -- DB is currently open.");
 
     TpFIBDatabase unnamed;
-    EXPECT_EQ(errorText([&] { unnamed.Open(); }), "Database name is missing.");
+    EXPECT_EQ(ErrorOf([&] { unnamed.Open(); }), "Database name is missing.");
 
     TpFIBTransaction lonely;
     lonely.setObjectName("trLonely");
-    EXPECT_EQ(errorText([&] { lonely.StartTransaction(); }), "trLonely :No databases are listed in transaction component.");
-    EXPECT_EQ(errorText([&] { lonely.Commit(); }), "trLonely :Transaction is not active.");
+    EXPECT_EQ(ErrorOf([&] { lonely.StartTransaction(); }), "trLonely :No databases are listed in transaction component.");
+    EXPECT_EQ(ErrorOf([&] { lonely.Commit(); }), "trLonely :Transaction is not active.");
 
     TFIBTransaction plain;
     plain.setObjectName("trPlain");
     plain.SetDefaultDatabase(&t.Db());
     plain.StartTransaction();
-    EXPECT_EQ(errorText([&] { plain.StartTransaction(); }), "trPlain :Transaction is active.");
+    EXPECT_EQ(ErrorOf([&] { plain.StartTransaction(); }), "trPlain :Transaction is active.");
     plain.Rollback();
 
     // The program's transaction accepts a second start.
@@ -81,19 +66,19 @@ TEST(Connection, ClientSideConditionsUseTheirTexts)
 
     auto q = t.NewQuery("qryTest");
     q->SetSQLText("select 1 from rdb$database");
-    EXPECT_EQ(errorText([&] { q->ExecQuery(); }), "pFIBTransaction1 :Transaction is not active.");
+    EXPECT_EQ(ErrorOf([&] { q->ExecQuery(); }), "pFIBTransaction1 :Transaction is not active.");
     TpFIBQuery orphan;
     orphan.setObjectName("qryOrphan");
     orphan.SetSQLText("select 1 from rdb$database");
-    EXPECT_EQ(errorText([&] { orphan.ExecQuery(); }), "Database not assigned for qryOrphan.");
+    EXPECT_EQ(ErrorOf([&] { orphan.ExecQuery(); }), "Database not assigned for qryOrphan.");
     orphan.SetDatabase(&t.Db());
-    EXPECT_EQ(errorText([&] { orphan.ExecQuery(); }), "Transaction not assigned for qryOrphan.");
+    EXPECT_EQ(ErrorOf([&] { orphan.ExecQuery(); }), "Transaction not assigned for qryOrphan.");
     q->SetSQLText("  ");
-    EXPECT_EQ(errorText([&] { q->Prepare(); }), "Can't Prepare , because  query is empty");
+    EXPECT_EQ(ErrorOf([&] { q->Prepare(); }), "Can't Prepare , because  query is empty");
 
     t.Db().Close();
     t.Db().setObjectName("dbMain");
-    EXPECT_EQ(errorText([&] { t.Tr().StartTransaction(); }), "dbMain: Cannot perform operation -- DB is not open.");
+    EXPECT_EQ(ErrorOf([&] { t.Tr().StartTransaction(); }), "dbMain: Cannot perform operation -- DB is not open.");
 }
 
 TEST(Connection, CloseRollsBackTheActiveTransaction)

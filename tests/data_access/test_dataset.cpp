@@ -1,6 +1,6 @@
 // The cached dataset: lazy fetching, field objects, searching and posting through an update statement.
 #include "fib_dataset.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <gtest/gtest.h>
 
@@ -29,16 +29,6 @@ protected:
         ds.SetDatabase(&t.Db());
         ds.SetTransaction(&t.Tr());
         ds.SetSelectSQL("select * from spMatOpen(:F_NAME)");
-    }
-
-    QString messageOf(const std::function<void()> &f)
-    {
-        try {
-            f();
-        } catch (const EDatabaseError &e) {
-            return e.Message();
-        }
-        return QStringLiteral("<no error>");
     }
 
     TestDatabase t;
@@ -112,7 +102,7 @@ TEST_F(DataSet, FieldsTrimTextAndTakeAutomaticFormats)
     EXPECT_EQ(ds.FieldByName("PRICE")->DataType(), ftFloat);
     EXPECT_DOUBLE_EQ(ds.FieldByName("PRICE")->AsFloat(), 3.0);
     EXPECT_EQ(ds.FindField("NOPE"), nullptr);
-    EXPECT_EQ(messageOf([&] { ds.FieldByName("NOPE"); }), "Field 'NOPE' not found");
+    EXPECT_EQ(ErrorOf([&] { ds.FieldByName("NOPE"); }), "Field 'NOPE' not found");
     const QLocale saved;
     QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
     EXPECT_EQ(FormatFieldValue(1234.5, "#,##0.00"), QString("1\u00A0234,50"));
@@ -202,13 +192,13 @@ TEST_F(DataSet, RefreshStatementRereadsThePostedRow)
 TEST_F(DataSet, ReadOnlyAndStateErrorsUseTheirTexts)
 {
     ds.Open();
-    EXPECT_EQ(messageOf([&] { ds.Edit(); }), "Can't update. (spMatOpen)");
-    EXPECT_EQ(messageOf([&] { ds.FieldByName("NAME")->SetValue("x"); }), "DataSet not in Edit or Insert mode.(spMatOpen)");
-    EXPECT_EQ(messageOf([&] { ds.Delete(); }), "Can't delete from dataset. (spMatOpen)");
-    EXPECT_EQ(messageOf([&] { ds.Insert(); }), "Can't insert into dataset. (spMatOpen)");
-    EXPECT_EQ(messageOf([&] { ds.Post(); }), "Not editing.");
+    EXPECT_EQ(ErrorOf([&] { ds.Edit(); }), "Can't update. (spMatOpen)");
+    EXPECT_EQ(ErrorOf([&] { ds.FieldByName("NAME")->SetValue("x"); }), "DataSet not in Edit or Insert mode.(spMatOpen)");
+    EXPECT_EQ(ErrorOf([&] { ds.Delete(); }), "Can't delete from dataset. (spMatOpen)");
+    EXPECT_EQ(ErrorOf([&] { ds.Insert(); }), "Can't insert into dataset. (spMatOpen)");
+    EXPECT_EQ(ErrorOf([&] { ds.Post(); }), "Not editing.");
     ds.Close();
-    EXPECT_EQ(messageOf([&] { ds.Post(); }), "Can't post because spMatOpen dataset closed.");
+    EXPECT_EQ(ErrorOf([&] { ds.Post(); }), "Can't post because spMatOpen dataset closed.");
 }
 
 TEST_F(DataSet, CalculatedFieldsAreFilledPerRowAsRowsArrive)

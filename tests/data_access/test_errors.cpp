@@ -1,6 +1,6 @@
 // How server errors become EFIBError texts, and how a database exception is cut down to its own text.
 #include "fib_encoding.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <gtest/gtest.h>
 
@@ -24,25 +24,6 @@ protected:
         t.Exec("insert into AUTO values (1)");
         t.Exec("insert into ORDERS values (1, 1)");
         q = t.NewQuery("Query");
-    }
-
-    // The data module's hook: texts raised by queries were UTF-8 bytes read as ANSI.
-    void InstallRepairHook()
-    {
-        handler.OnFIBErrorEvent = [](QObject *sender, EFIBError &e, TKindIBError, bool &) {
-            if (sender && dynamic_cast<TFIBQuery *>(sender))
-                e.SetMessage(RepairUtf8Message(e.Message()));
-        };
-    }
-
-    QString messageOf(const std::function<void()> &f)
-    {
-        try {
-            f();
-        } catch (const EDatabaseError &e) {
-            return e.Message();
-        }
-        return QStringLiteral("<no error>");
     }
 
     TestDatabase t;
@@ -76,8 +57,8 @@ TEST_F(Errors, WithoutAnalysisTheWholeMessageArrivesInItsParts)
 
 TEST_F(Errors, UserExceptionIsCutDownToItsRussianText)
 {
-    InstallRepairHook();
-    const QString text = messageOf([&] { q->ExecProcedure("spAutoDel", {1}); });
+    InstallRepairHook(handler);
+    const QString text = ErrorOf([&] { q->ExecProcedure("spAutoDel", {1}); });
     EXPECT_TRUE(text.startsWith("\r\n")) << text.toStdString();
     EXPECT_EQ(text.trimmed(), "По автомобилю имелись заказы. Удаление запрещено.");
     EXPECT_EQ(handler.LastErrorKind, keException);
@@ -86,7 +67,7 @@ TEST_F(Errors, UserExceptionIsCutDownToItsRussianText)
     EXPECT_EQ("Ошибка при удалении.\r\nТекст ошибки:\r\n" + text,
               "Ошибка при удалении.\r\nТекст ошибки:\r\n\r\nПо автомобилю имелись заказы. Удаление запрещено.\r\n");
 
-    EXPECT_EQ(messageOf([&] { q->ExecProcedure("spTest"); }).trimmed(), "Test.");
+    EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spTest"); }).trimmed(), "Test.");
     // The query stays usable and the earlier work stays in the transaction.
     EXPECT_NO_THROW(q->ExecProcedure("spAutoDel", {2}));
     EXPECT_TRUE(t.Tr().Active());
@@ -94,11 +75,11 @@ TEST_F(Errors, UserExceptionIsCutDownToItsRussianText)
 
 TEST_F(Errors, EnglishTextWithTheWordExceptionIsCutAgainWhenTheSqlMessageLacksIt)
 {
-    InstallRepairHook();
+    InstallRepairHook(handler);
     // The SQL message "Exception ." takes the first cut, the number line the second.
-    EXPECT_EQ(messageOf([&] { q->ExecProcedure("spEng"); }).trimmed(), "Bad exception text.");
+    EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spEng"); }).trimmed(), "Bad exception text.");
     SetFIBErrorMessagesMask(2 | 16);
-    const QString text = messageOf([&] { q->ExecProcedure("spEng"); });
+    const QString text = ErrorOf([&] { q->ExecProcedure("spEng"); });
     SetFIBErrorMessagesMask(30);
     // Cut inside the text, the "number" is a word, and the conversion error is what comes out.
     EXPECT_EQ(text, "'text' is not a valid integer value");
@@ -106,15 +87,15 @@ TEST_F(Errors, EnglishTextWithTheWordExceptionIsCutAgainWhenTheSqlMessageLacksIt
 
 TEST_F(Errors, ConstraintErrorsReachTheUserInFull)
 {
-    InstallRepairHook();
+    InstallRepairHook(handler);
     q->SetSQLText("delete from AUTO where ID = 1");
-    const QString fk = messageOf([&] { q->ExecQuery(); });
+    const QString fk = ErrorOf([&] { q->ExecQuery(); });
     EXPECT_EQ(handler.LastErrorKind, keForeignKey);
     EXPECT_TRUE(fk.startsWith("Query:\r\n")) << fk.toStdString();
     EXPECT_TRUE(fk.contains("FOREIGN KEY")) << fk.toStdString();
 
     q->SetSQLText("insert into AUTO values (1)");
-    const QString unique = messageOf([&] { q->ExecQuery(); });
+    const QString unique = ErrorOf([&] { q->ExecQuery(); });
     EXPECT_EQ(handler.LastErrorKind, keUniqueViolation);
     EXPECT_TRUE(unique.contains("PRIMARY")) << unique.toStdString();
 }
@@ -123,7 +104,7 @@ TEST_F(Errors, MaskChoosesTheParts)
 {
     handler.Options = 0;
     SetFIBErrorMessagesMask(2);
-    const QString text = messageOf([&] { q->ExecProcedure("spTest"); });
+    const QString text = ErrorOf([&] { q->ExecProcedure("spTest"); });
     SetFIBErrorMessagesMask(30);
     EXPECT_TRUE(text.startsWith("Exception ")) << text.toStdString();
     EXPECT_TRUE(text.contains(".\r\nTEST_EXCEPT.\r\nTest.\r\nAt procedure 'SPTEST'")) << text.toStdString();
@@ -140,7 +121,7 @@ TEST_F(Errors, WithoutAHandlerTheErrorIsRaisedUntouched)
     }
     ASSERT_EQ(none, &handler);
     handler.Options = 0;
-    const QString text = messageOf([&] { q->ExecProcedure("spTest"); });
+    const QString text = ErrorOf([&] { q->ExecProcedure("spTest"); });
     EXPECT_TRUE(text.contains("TEST_EXCEPT")) << text.toStdString();
 }
 

@@ -2,7 +2,7 @@
 // Empty and Edit, the searching Edits, every delete guard with its Russian text, and the rights lookup.
 #include "fib_dataset.h"
 #include "fib_encoding.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <gtest/gtest.h>
 
@@ -12,64 +12,9 @@
 
 namespace {
 
-using Row = QVariantMap;
-
-class ProcContractBase : public ::testing::Test
+class ProcContractBase : public DeployedDatabaseTest
 {
 protected:
-    ProcContractBase()
-    {
-        // The data module's hook: exception texts come back as UTF-8 bytes read as ANSI.
-        handler.OnFIBErrorEvent = [](QObject *sender, EFIBError &e, TKindIBError, bool &) {
-            if (dynamic_cast<TFIBQuery *>(sender))
-                e.SetMessage(RepairUtf8Message(e.Message()));
-        };
-        query = t.NewQuery(QStringLiteral("Query"));
-        t.Tr().StartTransaction();
-    }
-
-    // EXECUTE PROCEDURE with positional values, as the cards call it; the first output, if any.
-    QVariant Call(const QString &name, const QVariantList &values = {})
-    {
-        t.Tr().StartTransaction();
-        query->ExecProcedure(name, values);
-        return query->Fields().Count() > 0 ? query->Fields(0).AsVariant() : QVariant();
-    }
-
-    QString ErrorOf(const std::function<void()> &f)
-    {
-        try {
-            f();
-        } catch (const EDatabaseError &e) {
-            return e.Message().trimmed();
-        }
-        return QStringLiteral("<no error>");
-    }
-
-    // Opens a selectable procedure as a frame does and reads all rows; `columns` gets the names in order.
-    QList<Row> Select(const QString &sql, const QVariantMap &params = {}, QStringList *columns = nullptr)
-    {
-        TpFIBDataSet ds;
-        ds.setObjectName(QStringLiteral("dsProc"));
-        ds.SetDatabase(&t.Db());
-        ds.SetTransaction(&t.Tr());
-        ds.SetSelectSQL(sql);
-        for (auto it = params.begin(); it != params.end(); ++it)
-            ds.ParamByName(it.key()).SetValue(it.value());
-        ds.Open();
-        ds.FetchAll();
-        for (int f = 0; columns && f < ds.FieldCount(); ++f)
-            *columns << ds.Fields(f)->FieldName();
-        QList<Row> rows;
-        for (int r = 0; r < ds.RecordCount(); ++r) {
-            Row row;
-            for (int f = 0; f < ds.FieldCount(); ++f)
-                row.insert(ds.Fields(f)->FieldName(), ds.RowValue(r, f));
-            rows << row;
-        }
-        return rows;
-    }
-
     QStringList ColumnsOf(const QString &sql)
     {
         QStringList names;
@@ -79,8 +24,8 @@ protected:
 
     QStringList Strings(const QString &sql)
     {
-        t.Tr().StartTransaction();
-        auto q = t.NewQuery(QStringLiteral("Catalogue"));
+        db.Tr().StartTransaction();
+        auto q = db.NewQuery(QStringLiteral("Catalogue"));
         q->SetSQLText(sql);
         q->ExecQuery();
         QStringList values;
@@ -99,7 +44,7 @@ protected:
                            .arg(kind));
     }
 
-    int Int(const QString &sql) { return t.Scalar(sql).toInt(); }
+    int Int(const QString &sql) { return db.Scalar(sql).toInt(); }
 
     static std::vector<int> Ids(const QList<Row> &rows, const QString &column = QStringLiteral("ID"))
     {
@@ -110,9 +55,6 @@ protected:
         return ids;
     }
 
-    DeployedDatabase t;
-    TpFibErrorHandler handler;
-    std::unique_ptr<TpFIBQuery> query;
 };
 
 class ProcCatalogue : public ProcContractBase {};
@@ -247,36 +189,36 @@ TEST_F(ProcCatalogue, TooNarrowResultColumnsFailWithTheServersTruncationError)
 {
     const QString s30(30, QLatin1Char('D'));
     const QString s31(31, QLatin1Char('D'));
-    t.Exec("insert into AUTO (ID, REG, DRIVE) values (100, 'W1', '" + s30 + "')");
-    t.Exec("insert into ORDERS (ID, NUM, IDAUTO) values (100, 'N-100', 100)");
+    db.Exec("insert into AUTO (ID, REG, DRIVE) values (100, 'W1', '" + s30 + "')");
+    db.Exec("insert into ORDERS (ID, NUM, IDAUTO) values (100, 'N-100', 100)");
     const QString journal = "select * from spOrderOpen(null, null, null, null, '%%', null, '%%', null, null, null)";
     EXPECT_EQ(Select(journal).size(), 1);
     // DRIVE is 32 wide in the table and 30 in the journal.
-    t.Exec("update AUTO set DRIVE = '" + s31 + "' where ID = 100");
-    EXPECT_TRUE(IsTruncation(ErrorOf([&] { Select(journal); })));
+    db.Exec("update AUTO set DRIVE = '" + s31 + "' where ID = 100");
+    EXPECT_TRUE(IsTruncation(UserText([&] { Select(journal); })));
 
-    t.Exec("insert into MAT (ID, MATNAME, ARTICUL, QUANTITY) values (100, 'Filter', '" + s31 + "', 0)");
-    t.Exec("insert into STOREMAT (ID, IDOTYPE) values (100, 1)");
-    t.Exec("insert into STORE (ID, IDSTOREMAT, IDMAT, QUANTITY) values (100, 100, 100, 1)");
-    EXPECT_TRUE(IsTruncation(ErrorOf([&] {
+    db.Exec("insert into MAT (ID, MATNAME, ARTICUL, QUANTITY) values (100, 'Filter', '" + s31 + "', 0)");
+    db.Exec("insert into STOREMAT (ID, IDOTYPE) values (100, 1)");
+    db.Exec("insert into STORE (ID, IDSTOREMAT, IDMAT, QUANTITY) values (100, 100, 100, 1)");
+    EXPECT_TRUE(IsTruncation(UserText([&] {
         Select("select * from spStoreOpen(null, null, null, null, null, null, null, null)");
     })));
 
-    t.Exec("insert into RIGHTS (ID, RIGHTNAME) values (100, '" + QString(33, QLatin1Char('R')) + "')");
-    EXPECT_TRUE(IsTruncation(ErrorOf([&] { Select("select * from spRightsOpen"); })));
+    db.Exec("insert into RIGHTS (ID, RIGHTNAME) values (100, '" + QString(33, QLatin1Char('R')) + "')");
+    EXPECT_TRUE(IsTruncation(UserText([&] { Select("select * from spRightsOpen"); })));
 
     // INN and KPP joined by "/" exceed the 50 of INNKPP.
-    t.Exec("insert into CUST (ID, CUSTNAME, INN, KPP) values (100, 'Wide', '" + s30 + "', '" + s30 + "')");
-    EXPECT_TRUE(IsTruncation(ErrorOf([&] { Select("select * from spCustOpen2(100)"); })));
-    t.Exec("insert into CUST (ID, CUSTNAME, INN) values (101, 'Half', '" + s30 + "')");
+    db.Exec("insert into CUST (ID, CUSTNAME, INN, KPP) values (100, 'Wide', '" + s30 + "', '" + s30 + "')");
+    EXPECT_TRUE(IsTruncation(UserText([&] { Select("select * from spCustOpen2(100)"); })));
+    db.Exec("insert into CUST (ID, CUSTNAME, INN) values (101, 'Half', '" + s30 + "')");
     const QList<Row> half = Select("select * from spCustOpen2(:ID_CUST)", {{"ID_CUST", 101}});
     ASSERT_EQ(half.size(), 1);
     EXPECT_TRUE(half[0].value("INNKPP").isNull());
     EXPECT_EQ(half[0].value("CUST_NAME").toString(), "Half");
 
     // The type's Edit takes 32 characters for a column of 30.
-    EXPECT_EQ(ErrorOf([&] { Call("spATypeEdit", {QVariant(), s30}); }), "<no error>");
-    EXPECT_TRUE(IsTruncation(ErrorOf([&] { Call("spATypeEdit", {QVariant(), s31}); })));
+    EXPECT_EQ(UserText([&] { Call("spATypeEdit", {QVariant(), s30}); }), "<no error>");
+    EXPECT_TRUE(IsTruncation(UserText([&] { Call("spATypeEdit", {QVariant(), s31}); })));
 }
 
 TEST_F(ProcContract, EmptyStoresABlankRowAndReturnsItsIdAndEmptyBodiesReturnNull)
@@ -285,25 +227,25 @@ TEST_F(ProcContract, EmptyStoresABlankRowAndReturnsItsIdAndEmptyBodiesReturnNull
     const int type = Call("spATypeEmpty").toInt();
     EXPECT_GT(type, 0);
     EXPECT_EQ(Int("select count(*) from ATYPE"), types + 1);
-    EXPECT_TRUE(t.Scalar(QString("select ATYPENAME from ATYPE where ID = %1").arg(type)).isNull());
+    EXPECT_TRUE(db.Scalar(QString("select ATYPENAME from ATYPE where ID = %1").arg(type)).isNull());
 
     // UPD_MAT forbids a blank name on update only, so the blank row is stored and the card's save refuses it.
     const int mat = Call("spMatEmpty").toInt();
     EXPECT_EQ(Int(QString("select count(*) from MAT where ID = %1").arg(mat)), 1);
-    EXPECT_EQ(ErrorOf([&] { Call("spMatEdit", {mat, "", QVariant(), "A1", "C1", 0, 10.0, QVariant(), QVariant(), ""}); }),
+    EXPECT_EQ(UserText([&] { Call("spMatEdit", {mat, "", QVariant(), "A1", "C1", 0, 10.0, QVariant(), QVariant(), ""}); }),
               "Материал должен иметь название.");
-    EXPECT_EQ(ErrorOf([&] { Call("spMatEdit", {mat, "Шина", QVariant(), "A1", "C1", -1, 10.0, QVariant(), QVariant(), ""}); }),
+    EXPECT_EQ(UserText([&] { Call("spMatEdit", {mat, "Шина", QVariant(), "A1", "C1", -1, 10.0, QVariant(), QVariant(), ""}); }),
               "На складе недостаточно данного материала.");
     EXPECT_EQ(Call("spMatEdit", {mat, "Шина", QVariant(), "A1", "C1", 7, 10.0, QVariant(), QVariant(), ""}).toInt(), mat);
     EXPECT_EQ(Int(QString("select QUANTITY from MAT where ID = %1").arg(mat)), 7);
 
     const int order = Call("spOrderEmpty").toInt();
-    EXPECT_EQ(t.Scalar(QString("select NUM from ORDERS where ID = %1").arg(order)).toString(),
+    EXPECT_EQ(db.Scalar(QString("select NUM from ORDERS where ID = %1").arg(order)).toString(),
               QString("P-%1").arg(80000 + order));
     EXPECT_EQ(Int(QString("select IDSTATUS from ORDERS where ID = %1").arg(order)), 1);
 
     const int role = Call("spRolesEmpty").toInt();
-    EXPECT_EQ(t.Scalar(QString("select ROLENAME from ROLES where ID = %1").arg(role)).toString(), "Новая роль");
+    EXPECT_EQ(db.Scalar(QString("select ROLENAME from ROLES where ID = %1").arg(role)).toString(), "Новая роль");
 
     // Only this stem's Empty makes a header; the journal's Empty makes a line with a header of its own.
     const int headers = Int("select count(*) from STOREMAT");
@@ -330,28 +272,28 @@ TEST_F(ProcContract, EmptyStoresABlankRowAndReturnsItsIdAndEmptyBodiesReturnNull
 TEST_F(ProcContract, EditUpdatesByIdAndInsertsUnknownAndNullKeys)
 {
     const int first = Call("spATypeEdit", {QVariant(), "Кабриолет"}).toInt();
-    EXPECT_EQ(t.Scalar(QString("select ATYPENAME from ATYPE where ID = %1").arg(first)).toString(), "Кабриолет");
+    EXPECT_EQ(db.Scalar(QString("select ATYPENAME from ATYPE where ID = %1").arg(first)).toString(), "Кабриолет");
 
     // An unknown key is taken as it is, without the generator.
     EXPECT_EQ(Call("spATypeEdit", {777, "Пикап"}).toInt(), 777);
-    EXPECT_EQ(t.Scalar("select ATYPENAME from ATYPE where ID = 777").toString(), "Пикап");
+    EXPECT_EQ(db.Scalar("select ATYPENAME from ATYPE where ID = 777").toString(), "Пикап");
     EXPECT_EQ(Call("spATypeEmpty").toInt(), first + 1);
 
     const int count = Int("select count(*) from ATYPE");
     EXPECT_EQ(Call("spATypeEdit", {777, "Фургон"}).toInt(), 777);
     EXPECT_EQ(Int("select count(*) from ATYPE"), count);
-    EXPECT_EQ(t.Scalar("select ATYPENAME from ATYPE where ID = 777").toString(), "Фургон");
+    EXPECT_EQ(db.Scalar("select ATYPENAME from ATYPE where ID = 777").toString(), "Фургон");
 
     // Category cards write the name only; the tree link stays.
-    t.Exec("insert into CMAT (ID, CMATNAME) values (100, 'Шины')");
-    t.Exec("insert into CMAT (ID, CMATNAME, PARENT) values (101, 'Летние', 100)");
+    db.Exec("insert into CMAT (ID, CMATNAME) values (100, 'Шины')");
+    db.Exec("insert into CMAT (ID, CMATNAME, PARENT) values (101, 'Летние', 100)");
     EXPECT_EQ(Call("spCmatEdit", {101, "Летние шины"}).toInt(), 101);
     EXPECT_EQ(Int("select PARENT from CMAT where ID = 101"), 100);
 
     // A state made through the procedures has no filter mark and is not offered to the card.
     const int state = Call("spOStateEmpty").toInt();
     Call("spOStateEdit", {state, "Архив"});
-    EXPECT_TRUE(t.Scalar(QString("select AFILTER from OSTATE where ID = %1").arg(state)).isNull());
+    EXPECT_TRUE(db.Scalar(QString("select AFILTER from OSTATE where ID = %1").arg(state)).isNull());
     const QList<Row> offered = Select("select * from spOStateOpen");
     EXPECT_EQ(Ids(offered), std::vector<int>({1, 2, 3, 4, 5, 6}));
     const QList<Row> filter = Select("select * from spOStateMain");
@@ -367,9 +309,9 @@ TEST_F(ProcContract, EditUpdatesByIdAndInsertsUnknownAndNullKeys)
     // An empty password keeps the stored one; a new user with an empty one gets null.
     const int user = Call("spUsersEdit", {QVariant(), "Кассир", "secret", 2, "", QVariant(), 1}).toInt();
     Call("spUsersEdit", {user, "Кассир", "", 2, "Кассир Иванова", QVariant(), 1});
-    EXPECT_EQ(t.Scalar(QString("select PASSWORD from USERS where ID = %1").arg(user)).toString(), "secret");
+    EXPECT_EQ(db.Scalar(QString("select PASSWORD from USERS where ID = %1").arg(user)).toString(), "secret");
     const int another = Call("spUsersEdit", {QVariant(), "Мастер", "", 2, "", QVariant(), 1}).toInt();
-    EXPECT_TRUE(t.Scalar(QString("select PASSWORD from USERS where ID = %1").arg(another)).isNull());
+    EXPECT_TRUE(db.Scalar(QString("select PASSWORD from USERS where ID = %1").arg(another)).isNull());
     // The grid never receives a password; the login list does.
     for (const Row &r : Select("select * from spUsersOpen"))
         EXPECT_TRUE(r.value("PASSWORD").isNull());
@@ -392,42 +334,42 @@ TEST_F(ProcContract, SearchingEditsReuseTheRowOfTheSameName)
     EXPECT_EQ(Int("select count(*) from MARK"), marks + 1);
     EXPECT_EQ(Call("spMarkEdit", {QVariant(), "Лада"}).toInt(), lada);
     // A name held twice breaks the singleton search with the server's own error.
-    t.Exec("insert into MARK (ID, MARKNAME) values (100, 'Двойник')");
-    t.Exec("insert into MARK (ID, MARKNAME) values (101, 'Двойник')");
-    EXPECT_TRUE(ErrorOf([&] { Call("spMarkEdit", {QVariant(), "Двойник"}); })
+    db.Exec("insert into MARK (ID, MARKNAME) values (100, 'Двойник')");
+    db.Exec("insert into MARK (ID, MARKNAME) values (101, 'Двойник')");
+    EXPECT_TRUE(UserText([&] { Call("spMarkEdit", {QVariant(), "Двойник"}); })
                     .contains("multiple rows in singleton select", Qt::CaseInsensitive));
 
     // A grid registers itself by its key and gets its caption refreshed.
     EXPECT_EQ(Call("spActionsEdit", {QVariant(), "Все пользователи", "UsersFM.frmUser"}).toInt(), 1);
-    EXPECT_EQ(t.Scalar("select ACTNAME from ACTIONS where ID = 1").toString(), "Все пользователи");
+    EXPECT_EQ(db.Scalar("select ACTNAME from ACTIONS where ID = 1").toString(), "Все пользователи");
     const int actions = Int("select count(*) from ACTIONS");
     const int action = Call("spActionsEdit", {QVariant(), "Отчёт", "ReportFM.frmReport"}).toInt();
     EXPECT_EQ(Int("select count(*) from ACTIONS"), actions + 1);
     EXPECT_EQ(Call("spActionsEdit", {0, "Отчёт", "ReportFM.frmReport"}).toInt(), action);
 
     // The full customer card overwrites every column of the found row; the short form keeps the others.
-    t.Exec("insert into CUST (ID, CUSTNAME, MOBI_PHONE, INN) values (100, 'Иванов И.И.', '111', '7701')");
+    db.Exec("insert into CUST (ID, CUSTNAME, MOBI_PHONE, INN) values (100, 'Иванов И.И.', '111', '7701')");
     QVariantList card{0, "Иванов И.И.", "222", "Тверская, 1"};
     for (int i = 0; i < 20; ++i)
         card << QVariant();
     EXPECT_EQ(Call("spCustEdit", card).toInt(), 100);
-    EXPECT_EQ(t.Scalar("select MOBI_PHONE from CUST where ID = 100").toString(), "222");
-    EXPECT_TRUE(t.Scalar("select INN from CUST where ID = 100").isNull());
-    t.Exec("update CUST set INN = '7702' where ID = 100");
+    EXPECT_EQ(db.Scalar("select MOBI_PHONE from CUST where ID = 100").toString(), "222");
+    EXPECT_TRUE(db.Scalar("select INN from CUST where ID = 100").isNull());
+    db.Exec("update CUST set INN = '7702' where ID = 100");
     EXPECT_EQ(Call("spCustEdit2", {QVariant(), "Иванов И.И.", "333", "Тверская, 2"}).toInt(), 100);
-    EXPECT_EQ(t.Scalar("select INN from CUST where ID = 100").toString(), "7702");
-    EXPECT_EQ(t.Scalar("select ADDRESS from CUST where ID = 100").toString(), "Тверская, 2");
+    EXPECT_EQ(db.Scalar("select INN from CUST where ID = 100").toString(), "7702");
+    EXPECT_EQ(db.Scalar("select ADDRESS from CUST where ID = 100").toString(), "Тверская, 2");
 
     // Vehicles are found by registration number; FULLNAME is the triggers' alone.
-    t.Exec("insert into AUTO (ID, TYPE, MODNAME, MARK, REG) values (100, 1, 1, 1, 'А777АА77')");
-    const QString fullName = t.Scalar("select FULLNAME from AUTO where ID = 100").toString();
+    db.Exec("insert into AUTO (ID, TYPE, MODNAME, MARK, REG) values (100, 1, 1, 1, 'А777АА77')");
+    const QString fullName = db.Scalar("select FULLNAME from AUTO where ID = 100").toString();
     const int autos = Int("select count(*) from AUTO");
     EXPECT_EQ(Call("spAutoEdit", {QVariant(), 1, 1, 1, "А777АА77", 3, "VIN1", "4WD", "Синий", "Другое имя"}).toInt(),
               100);
     EXPECT_EQ(Int("select count(*) from AUTO"), autos);
-    EXPECT_EQ(t.Scalar("select COLNAME from AUTO where ID = 100").toString(), "Синий");
+    EXPECT_EQ(db.Scalar("select COLNAME from AUTO where ID = 100").toString(), "Синий");
     EXPECT_EQ(Int("select AYEAR from AUTO where ID = 100"), 3);
-    EXPECT_EQ(t.Scalar("select FULLNAME from AUTO where ID = 100").toString(), fullName);
+    EXPECT_EQ(db.Scalar("select FULLNAME from AUTO where ID = 100").toString(), fullName);
     const int other = Call("spAutoEdit", {0, 2, 2, 2, "В001ВВ", QVariant(), "", "", "", ""}).toInt();
     EXPECT_NE(other, 100);
     EXPECT_EQ(Int("select count(*) from AUTO"), autos + 1);
@@ -464,7 +406,7 @@ TEST_F(ProcGuards, EveryDeleteGuardRefusesWithItsOwnTextAndChangesNothing)
              "insert into ORDSERV (ID, IDORDER, IDSERV, IDEMPL) values (100, 100, 100, 101)",
              "insert into ORDSERV (ID, IDORDER, IDSERV, IDEMPL) values (101, 100, 101, 100)",
              "insert into ORDMAT (ID, IDORDER, IDMAT, OCNT) values (100, 100, 101, 1)"})
-        t.Exec(sql);
+        db.Exec(sql);
 
     struct Guard
     {
@@ -515,17 +457,17 @@ TEST_F(ProcGuards, EveryDeleteGuardRefusesWithItsOwnTextAndChangesNothing)
     };
     for (const Guard &g : guards) {
         SCOPED_TRACE(QString("%1(%2)").arg(g.procedure).arg(g.id).toStdString());
-        EXPECT_EQ(ErrorOf([&] { Call(g.procedure, {g.id}); }), QString::fromUtf8(g.text));
+        EXPECT_EQ(UserText([&] { Call(g.procedure, {g.id}); }), QString::fromUtf8(g.text));
         EXPECT_EQ(Int(QString("select count(*) from %1 where ID = %2").arg(g.table).arg(g.id)), 1);
     }
-    EXPECT_EQ(ErrorOf([&] { Call("spRolesActionsEmpty"); }), "Добавление новых разрешений не предусмотрено.");
+    EXPECT_EQ(UserText([&] { Call("spRolesActionsEmpty"); }), "Добавление новых разрешений не предусмотрено.");
 
     // The role guard also keeps the role's rights.
     EXPECT_GT(Int("select count(*) from ROLES_ACTIONS where ID_ROLE = 1"), 0);
     // A material taken into an order stays undeletable after its store line was soft-deleted.
     const int orderLine = Int("select ID from STORE where IDORDMAT = 100");
     Call("spStoreDel", {orderLine});
-    EXPECT_EQ(ErrorOf([&] { Call("spMatDel", {101}); }),
+    EXPECT_EQ(UserText([&] { Call("spMatDel", {101}); }),
               "Имеются заказы включающие данный материал. Удаление запрещено.");
     EXPECT_EQ(Int("select count(*) from STORE where IDORDMAT = 100"), 1);
 }
@@ -537,25 +479,25 @@ TEST_F(ProcGuards, UnguardedOrClearedDeletesGoThrough)
     EXPECT_EQ(Int(QString("select count(*) from ATYPE where ID = %1").arg(type)), 0);
 
     // A material whose store lines are all soft-deleted goes, and takes them along.
-    t.Exec("insert into MAT (ID, MATNAME, QUANTITY, COST) values (103, 'Свеча', 10, 5)");
-    t.Exec("insert into STOREMAT (ID, IDOTYPE) values (100, 1)");
-    t.Exec("insert into STORE (ID, IDSTOREMAT, IDMAT, QUANTITY) values (150, 100, 103, 2)");
-    EXPECT_EQ(ErrorOf([&] { Call("spMatDel", {103}); }), "Имеются поставки данного товара. Удаление запрещено.");
+    db.Exec("insert into MAT (ID, MATNAME, QUANTITY, COST) values (103, 'Свеча', 10, 5)");
+    db.Exec("insert into STOREMAT (ID, IDOTYPE) values (100, 1)");
+    db.Exec("insert into STORE (ID, IDSTOREMAT, IDMAT, QUANTITY) values (150, 100, 103, 2)");
+    EXPECT_EQ(UserText([&] { Call("spMatDel", {103}); }), "Имеются поставки данного товара. Удаление запрещено.");
     Call("spStoreDel", {150});
-    EXPECT_EQ(ErrorOf([&] { Call("spMatDel", {103}); }), "<no error>");
+    EXPECT_EQ(UserText([&] { Call("spMatDel", {103}); }), "<no error>");
     EXPECT_EQ(Int("select count(*) from MAT where ID = 103"), 0);
     EXPECT_EQ(Int("select count(*) from STORE where ID = 150"), 0);
 
     // No guard looks at material lines: the foreign key answers in the server's words.
-    t.Exec("insert into EMPLS (ID, EMPLNAME) values (100, 'Кузнецов')");
-    t.Exec("insert into ORDERS (ID) values (100)");
-    t.Exec("insert into ORDMAT (ID, IDORDER, IDEMPL) values (100, 100, 100)");
-    const QString fk = ErrorOf([&] { Call("spEmplDel", {100}); });
+    db.Exec("insert into EMPLS (ID, EMPLNAME) values (100, 'Кузнецов')");
+    db.Exec("insert into ORDERS (ID) values (100)");
+    db.Exec("insert into ORDMAT (ID, IDORDER, IDEMPL) values (100, 100, 100)");
+    const QString fk = UserText([&] { Call("spEmplDel", {100}); });
     EXPECT_TRUE(fk.contains("FOREIGN KEY")) << fk.toStdString();
     EXPECT_EQ(Int("select count(*) from EMPLS where ID = 100"), 1);
 
     // Forms of payment have no guard and no reference by constraint.
-    t.Exec("insert into PAY (ID, NAL, SUMM) values (100, 2, 5)");
+    db.Exec("insert into PAY (ID, NAL, SUMM) values (100, 2, 5)");
     Call("spNalDel", {2});
     EXPECT_EQ(Int("select count(*) from NAL where ID = 2"), 0);
 
@@ -566,8 +508,8 @@ TEST_F(ProcGuards, UnguardedOrClearedDeletesGoThrough)
     EXPECT_EQ(Int(QString("select count(*) from ROLES where ID = %1").arg(role)), 0);
     EXPECT_EQ(Int(QString("select count(*) from ROLES_ACTIONS where ID_ROLE = %1").arg(role)), 0);
 
-    EXPECT_EQ(ErrorOf([&] { Call("spRolesActionsDel", {99999}); }), "<no error>");
-    EXPECT_EQ(ErrorOf([&] { Call("spCustOrderDel", {1}); }), "<no error>");
+    EXPECT_EQ(UserText([&] { Call("spRolesActionsDel", {99999}); }), "<no error>");
+    EXPECT_EQ(UserText([&] { Call("spCustOrderDel", {1}); }), "<no error>");
 
     // spPayStatusDel removes a row of PAYSTATE.
     Call("spPayStatusDel", {3});
@@ -626,12 +568,12 @@ TEST_F(ProcRights, RolesGetTheirDefaultRightOnAnActionWithoutRows)
     EXPECT_EQ(Call("spGetRights", {5, action}).toInt(), 3);
 
     // The administrator's rows can be added once and never changed.
-    EXPECT_EQ(ErrorOf([&] { Call("spRolesActionsEdit", {QVariant(), 1, 1, 2}); }),
+    EXPECT_EQ(UserText([&] { Call("spRolesActionsEdit", {QVariant(), 1, 1, 2}); }),
               "Права администратора менять запрещено.");
     EXPECT_EQ(Call("spGetRights", {1, 1}).toInt(), 4);
     EXPECT_GT(Call("spRolesActionsEdit", {QVariant(), 1, action, 3}).toInt(), 0);
     EXPECT_EQ(Call("spGetRights", {1, action}).toInt(), 3);
-    EXPECT_EQ(ErrorOf([&] { Call("spRolesActionsEdit", {QVariant(), 1, action, 4}); }),
+    EXPECT_EQ(UserText([&] { Call("spRolesActionsEdit", {QVariant(), 1, action, 4}); }),
               "Права администратора менять запрещено.");
 }
 
@@ -644,12 +586,12 @@ TEST_F(ProcRights, LoginListKeepsUserOneWhateverItsState)
     EXPECT_EQ(Int("select STATE from USERS where ID = 1"), 2);
     active = Select("select * from spUsersActiveSelect");
     EXPECT_EQ(Ids(active), std::vector<int>({1, 3}));
-    EXPECT_EQ(ErrorOf([&] { Call("spStatesDel", {2}); }),
+    EXPECT_EQ(UserText([&] { Call("spStatesDel", {2}); }),
               "Имеются пользователи с данным статусом. Удаление запрещено.");
     // A new user is always active, whatever the card sent.
     const int user = Call("spUsersEmpty").toInt();
     EXPECT_EQ(Int(QString("select STATE from USERS where ID = %1").arg(user)), 1);
-    EXPECT_FALSE(t.Scalar(QString("select SYS_CREATE_DATE from USERS where ID = %1").arg(user)).isNull());
+    EXPECT_FALSE(db.Scalar(QString("select SYS_CREATE_DATE from USERS where ID = %1").arg(user)).isNull());
     // Users have no guard, user 1 included.
     Call("spUsersDel", {1});
     EXPECT_EQ(Int("select count(*) from USERS where ID = 1"), 0);

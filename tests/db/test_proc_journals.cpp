@@ -3,7 +3,7 @@
 // employees for a period, and the filters of the dictionaries and of the store journal.
 #include "fib_dataset.h"
 #include "fib_encoding.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <gtest/gtest.h>
 
@@ -34,60 +34,9 @@ struct OrderCard
 const char *const kJournal = "select * from spOrderOpen(:F_IDORDER, :F_DATE_UP, :F_DATE_TO, :F_IDOSTATE, :F_NUM, "
                              ":F_IDCUST, :F_REG, :F_IDMARK, :F_IDMODEL, :F_DEL)";
 
-class ProcJournals : public ::testing::Test
+class ProcJournals : public DeployedDatabaseTest
 {
 protected:
-    ProcJournals()
-    {
-        // The data module's hook: exception texts come back as UTF-8 bytes read as ANSI.
-        handler.OnFIBErrorEvent = [](QObject *sender, EFIBError &e, TKindIBError, bool &) {
-            if (dynamic_cast<TFIBQuery *>(sender))
-                e.SetMessage(RepairUtf8Message(e.Message()));
-        };
-        query = t.NewQuery(QStringLiteral("Query"));
-        t.Tr().StartTransaction();
-    }
-
-    // EXECUTE PROCEDURE with positional values, as the cards call it; the first output, if any.
-    QVariant Call(const QString &name, const QVariantList &values = {})
-    {
-        t.Tr().StartTransaction();
-        query->ExecProcedure(name, values);
-        return query->Fields().Count() > 0 ? query->Fields(0).AsVariant() : QVariant();
-    }
-
-    QString ErrorOf(const std::function<void()> &f)
-    {
-        try {
-            f();
-        } catch (const EDatabaseError &e) {
-            return e.Message().trimmed();
-        }
-        return QStringLiteral("<no error>");
-    }
-
-    // Opens a selectable procedure through a dataset, binding parameters by name, and reads all rows.
-    QList<Row> Select(const QString &sql, const QVariantMap &params = {})
-    {
-        TpFIBDataSet ds;
-        ds.setObjectName(QStringLiteral("dsProc"));
-        ds.SetDatabase(&t.Db());
-        ds.SetTransaction(&t.Tr());
-        ds.SetSelectSQL(sql);
-        for (auto it = params.begin(); it != params.end(); ++it)
-            ds.ParamByName(it.key()).SetValue(it.value());
-        ds.Open();
-        ds.FetchAll();
-        QList<Row> rows;
-        for (int r = 0; r < ds.RecordCount(); ++r) {
-            Row row;
-            for (int f = 0; f < ds.FieldCount(); ++f)
-                row.insert(ds.Fields(f)->FieldName(), ds.RowValue(r, f));
-            rows << row;
-        }
-        return rows;
-    }
-
     // A window's parameters: its defaults for empty controls, then the changes.
     QList<Row> With(const QString &sql, QVariantMap defaults, const QVariantMap &changes)
     {
@@ -126,11 +75,11 @@ protected:
     void Run(std::initializer_list<const char *> statements)
     {
         for (const char *sql : statements)
-            t.Exec(QString::fromUtf8(sql));
+            db.Exec(QString::fromUtf8(sql));
     }
 
-    int Int(const QString &sql) { return t.Scalar(sql).toInt(); }
-    double Real(const QString &sql) { return t.Scalar(sql).toDouble(); }
+    int Int(const QString &sql) { return db.Scalar(sql).toInt(); }
+    double Real(const QString &sql) { return db.Scalar(sql).toDouble(); }
 
     // Lines as the card adds them: a blank row first, then its values.
     int AddService(const QVariant &order, int serv, double hours, const QVariant &discount = {},
@@ -164,9 +113,6 @@ protected:
         return id;
     }
 
-    DeployedDatabase t;
-    TpFibErrorHandler handler;
-    std::unique_ptr<TpFIBQuery> query;
 };
 
 class ProcOrders : public ProcJournals {};
@@ -216,14 +162,14 @@ TEST_F(ProcOrders, CardSaveUpsertsVehicleAndCustomerThenWritesTheOrder)
     EXPECT_EQ(row.value("YEAR_LKP_AYEAR_F_AYEARNAME").toInt(), 5);
     EXPECT_EQ(row.value("COLNAME").toString(), "Серый");
     EXPECT_EQ(row.value("DLG_FULLNAME").toString(),
-              t.Scalar(QString("select FULLNAME from AUTO where ID = %1").arg(vehicle)).toString());
+              db.Scalar(QString("select FULLNAME from AUTO where ID = %1").arg(vehicle)).toString());
     EXPECT_NEAR(row.value("DISCOUNT").toDouble(), 5.0, 1e-6);
     EXPECT_EQ(row.value("RETURNZP").toInt(), 1);
     EXPECT_EQ(row.value("GUARANTEE").toInt(), 6);
     EXPECT_EQ(row.value("COMMENT").toString(), "Замена масла");
     // Money and payment state are the triggers' business; what the card sends for them is dropped.
-    EXPECT_TRUE(t.Scalar(QString("select SUMORDER from ORDERS where ID = %1").arg(first)).isNull());
-    EXPECT_TRUE(t.Scalar(QString("select SUMPAY from ORDERS where ID = %1").arg(first)).isNull());
+    EXPECT_TRUE(db.Scalar(QString("select SUMORDER from ORDERS where ID = %1").arg(first)).isNull());
+    EXPECT_TRUE(db.Scalar(QString("select SUMPAY from ORDERS where ID = %1").arg(first)).isNull());
     EXPECT_EQ(row.value("PSTATUS_LKP_PAYSTATE_F_STATUS").toInt(), 1);
 
     // The same name and number typed on a new card bind to the old rows and overwrite them.
@@ -241,8 +187,8 @@ TEST_F(ProcOrders, CardSaveUpsertsVehicleAndCustomerThenWritesTheOrder)
     EXPECT_EQ(Int("select count(*) from AUTO"), vehicles + 1);
     EXPECT_EQ(Int(QString("select IDCUST from ORDERS where ID = %1").arg(second)), cust);
     EXPECT_EQ(Int(QString("select IDAUTO from ORDERS where ID = %1").arg(second)), vehicle);
-    EXPECT_EQ(t.Scalar(QString("select MOBI_PHONE from CUST where ID = %1").arg(cust)).toString(), "901");
-    EXPECT_EQ(t.Scalar(QString("select COLNAME from AUTO where ID = %1").arg(vehicle)).toString(), "Белый");
+    EXPECT_EQ(db.Scalar(QString("select MOBI_PHONE from CUST where ID = %1").arg(cust)).toString(), "901");
+    EXPECT_EQ(db.Scalar(QString("select COLNAME from AUTO where ID = %1").arg(vehicle)).toString(), "Белый");
 
     // With the keys given, a changed name renames the same customer.
     again.custId = cust;
@@ -250,7 +196,7 @@ TEST_F(ProcOrders, CardSaveUpsertsVehicleAndCustomerThenWritesTheOrder)
     again.custName = "Петров Пётр";
     Call("spOrderEdit", again.Values());
     EXPECT_EQ(Int("select count(*) from CUST"), customers + 1);
-    EXPECT_EQ(t.Scalar(QString("select CUSTNAME from CUST where ID = %1").arg(cust)).toString(), "Петров Пётр");
+    EXPECT_EQ(db.Scalar(QString("select CUSTNAME from CUST where ID = %1").arg(cust)).toString(), "Петров Пётр");
 
     // The customer's history is newest first.
     const QList<Row> history = Select("select * from spCustOrderOpen(:IDCUST)", {{"IDCUST", cust}});
@@ -259,25 +205,25 @@ TEST_F(ProcOrders, CardSaveUpsertsVehicleAndCustomerThenWritesTheOrder)
     EXPECT_EQ(history[1].value("ID").toInt(), first);
 
     // A name held by two customers breaks the save with the server's error; the order stays as it was.
-    t.Exec("insert into CUST (ID, CUSTNAME) values (100, 'Двойник')");
-    t.Exec("insert into CUST (ID, CUSTNAME) values (101, 'Двойник')");
+    db.Exec("insert into CUST (ID, CUSTNAME) values (100, 'Двойник')");
+    db.Exec("insert into CUST (ID, CUSTNAME) values (101, 'Двойник')");
     OrderCard twin = card;
     twin.custName = "Двойник";
     twin.comment = "не сохранится";
-    EXPECT_TRUE(ErrorOf([&] { Call("spOrderEdit", twin.Values()); })
+    EXPECT_TRUE(UserText([&] { Call("spOrderEdit", twin.Values()); })
                     .contains("multiple rows in singleton select", Qt::CaseInsensitive));
-    EXPECT_EQ(t.Scalar(QString("select COMMENT from ORDERS where ID = %1").arg(first)).toString(), "Замена масла");
+    EXPECT_EQ(db.Scalar(QString("select COMMENT from ORDERS where ID = %1").arg(first)).toString(), "Замена масла");
 
     // An unknown key is inserted under that key; a null one takes the generator and the trigger's number.
     OrderCard fresh = card;
     fresh.id = 5000;
     fresh.num = "З-5000";
     EXPECT_EQ(Call("spOrderEdit", fresh.Values()).toInt(), 5000);
-    EXPECT_EQ(t.Scalar("select NUM from ORDERS where ID = 5000").toString(), "З-5000");
+    EXPECT_EQ(db.Scalar("select NUM from ORDERS where ID = 5000").toString(), "З-5000");
     fresh.id = QVariant();
     fresh.num = QVariant();
     const int generated = Call("spOrderEdit", fresh.Values()).toInt();
-    EXPECT_EQ(t.Scalar(QString("select NUM from ORDERS where ID = %1").arg(generated)).toString(),
+    EXPECT_EQ(db.Scalar(QString("select NUM from ORDERS where ID = %1").arg(generated)).toString(),
               QString("P-%1").arg(80000 + generated));
 }
 
@@ -354,7 +300,7 @@ TEST_F(ProcOrders, DeletionRemovesANewOrderAndMarksAnOpenedOne)
          "insert into AUTO (ID, REG) values (300, 'Е300КХ')"});
     auto makeOrder = [&](const QString &state) {
         const int id = Call("spOrderEmpty").toInt();
-        t.Exec(QString("update ORDERS set IDCUST = 300, IDAUTO = 300, IDSTATUS = %1 where ID = %2").arg(state).arg(id));
+        db.Exec(QString("update ORDERS set IDCUST = 300, IDAUTO = 300, IDSTATUS = %1 where ID = %2").arg(state).arg(id));
         AddPart(id, "Колпак");
         AddService(id, 300, 1);
         AddMaterial(id, 300, 2);
@@ -380,14 +326,14 @@ TEST_F(ProcOrders, DeletionRemovesANewOrderAndMarksAnOpenedOne)
 
     // Above state 1: the lines go, the order is marked and loses customer and vehicle.
     const int worked = makeOrder("2");
-    const QString num = t.Scalar(QString("select NUM from ORDERS where ID = %1").arg(worked)).toString();
+    const QString num = db.Scalar(QString("select NUM from ORDERS where ID = %1").arg(worked)).toString();
     EXPECT_NEAR(Real(QString("select SUMORDER from ORDERS where ID = %1").arg(worked)), 200.0, 1e-4);
     Call("spOrderDel", {worked});
     EXPECT_EQ(lines(worked), 0);
     EXPECT_EQ(Int(QString("select DEL from ORDERS where ID = %1").arg(worked)), 1);
-    EXPECT_TRUE(t.Scalar(QString("select IDCUST from ORDERS where ID = %1").arg(worked)).isNull());
-    EXPECT_TRUE(t.Scalar(QString("select IDAUTO from ORDERS where ID = %1").arg(worked)).isNull());
-    EXPECT_EQ(t.Scalar(QString("select NUM from ORDERS where ID = %1").arg(worked)).toString(), num);
+    EXPECT_TRUE(db.Scalar(QString("select IDCUST from ORDERS where ID = %1").arg(worked)).isNull());
+    EXPECT_TRUE(db.Scalar(QString("select IDAUTO from ORDERS where ID = %1").arg(worked)).isNull());
+    EXPECT_EQ(db.Scalar(QString("select NUM from ORDERS where ID = %1").arg(worked)).toString(), num);
     EXPECT_EQ(Int(QString("select IDSTATUS from ORDERS where ID = %1").arg(worked)), 2);
     EXPECT_NEAR(Real(QString("select SUMORDER from ORDERS where ID = %1").arg(worked)), 0.0, 1e-6);
     const Ids notDeleted = JournalIds();
@@ -409,7 +355,7 @@ TEST_F(ProcOrders, DeletionRemovesANewOrderAndMarksAnOpenedOne)
     const int pay = Call("spPayEmpty").toInt();
     Call("spPayEdit", {pay, QVariant(), QVariant(), 1, 1, 300, paid, "", 10.0, 2, ""});
     Call("spPayDel", {pay});
-    EXPECT_EQ(ErrorOf([&] { Call("spOrderDel", {paid}); }), "Имеются платежи по данному заказу. Удаление запрещено.");
+    EXPECT_EQ(UserText([&] { Call("spOrderDel", {paid}); }), "Имеются платежи по данному заказу. Удаление запрещено.");
     EXPECT_EQ(lines(paid), 3);
     EXPECT_EQ(Int(QString("select IDCUST from ORDERS where ID = %1").arg(paid)), 300);
 }
@@ -454,7 +400,7 @@ TEST_F(ProcOrders, LineGridsWorkTheirSumsOutFromThePresentCatalogue)
     EXPECT_NEAR(m.value("SUMM0").toDouble(), 150.0, 1e-3);
 
     // A count beyond the stock is refused and nothing moves.
-    EXPECT_EQ(ErrorOf([&] { Call("spOrdMatValuesEdit", {mat, order, 20, 0.0}); }),
+    EXPECT_EQ(UserText([&] { Call("spOrdMatValuesEdit", {mat, order, 20, 0.0}); }),
               "На складе недостаточно данного материала.");
     EXPECT_EQ(Int(QString("select OCNT from ORDMAT where ID = %1").arg(mat)), 3);
     EXPECT_EQ(Int("select QUANTITY from MAT where ID = 400"), 7);
@@ -476,7 +422,7 @@ TEST_F(ProcOrders, LineGridsWorkTheirSumsOutFromThePresentCatalogue)
     EXPECT_NEAR(Select("select * from spOrdServOpen(:IDORDER)", byOrder)[0].value("SUMM").toDouble(), 1500.0, 1e-3);
 
     // After a price change the grid reads the new price while the stored total keeps the old one.
-    t.Exec("update MAT set COST = 60 where ID = 400");
+    db.Exec("update MAT set COST = 60 where ID = 400");
     m = Select("select * from spOrdMatOpen(:IDORDER)", byOrder)[0];
     EXPECT_NEAR(m.value("SUMM0").toDouble(), 240.0, 1e-3);
     EXPECT_NEAR(m.value("COST").toDouble(), 50.0, 1e-3);
@@ -512,8 +458,8 @@ TEST_F(ProcOrders, LineGridsWorkTheirSumsOutFromThePresentCatalogue)
     EXPECT_EQ(Select("select * from spOrdMatServOpen(:IDORDER)", byOrder).size(), 2);
 
     // A service name beyond the 32 of the documents' list makes the whole list fail.
-    t.Exec("update SERV set SERVNAME = '" + QString(33, QLatin1Char('S')) + "' where ID = 400");
-    EXPECT_TRUE(ErrorOf([&] { Select("select * from spOrdMatServOpen(:IDORDER)", byOrder); })
+    db.Exec("update SERV set SERVNAME = '" + QString(33, QLatin1Char('S')) + "' where ID = 400");
+    EXPECT_TRUE(UserText([&] { Select("select * from spOrdMatServOpen(:IDORDER)", byOrder); })
                     .contains("string right truncation", Qt::CaseInsensitive));
 }
 
@@ -553,7 +499,7 @@ TEST_F(ProcPayments, CardIsOfferedWhatRemainsToPayAndWhoOwesIt)
     // Two payments of 100 on 150: what remains after the first, nothing offered after the second.
     const int first = Pay(1, 1, 500, 500, 100.0, 2);
     EXPECT_EQ(Int("select PAYSTATE from ORDERS where ID = 500"), 2);
-    EXPECT_EQ(t.Scalar(QString("select OBJTEXT from PAY where ID = %1").arg(first)).toString(), "Z-500");
+    EXPECT_EQ(db.Scalar(QString("select OBJTEXT from PAY where ID = %1").arg(first)).toString(), "Z-500");
     EXPECT_NEAR(RowOf(offer(objects, 1, 500, {}), 500).value("PAYDIFF").toDouble(), 50.0, 1e-3);
     Pay(1, 1, 500, 500, 100.0, 2);
     EXPECT_EQ(Int("select PAYSTATE from ORDERS where ID = 500"), 3);
@@ -610,7 +556,7 @@ TEST_F(ProcPayments, CashJournalFiltersAndSoftDeletion)
     const int p1 = Pay(1, 1, 600, 600, 100.0, 2);
     const int p2 = Pay(2, 2, 601, QVariant(), 50.0, 1, "Касса-7");
     const int p3 = Call("spPayEmpty").toInt();
-    EXPECT_EQ(t.Scalar(QString("select PAYNUM from PAY where ID = %1").arg(p3)).toString(),
+    EXPECT_EQ(db.Scalar(QString("select PAYNUM from PAY where ID = %1").arg(p3)).toString(),
               QString("PAY-%1").arg(10000 + p3));
 
     const QString sql = "select * from spPayOpen(:F_DATE_UP, :F_DATE_TO, :F_PAYNUM, :F_PTYPE, :F_PURPOSE, :F_CUST, "
@@ -656,8 +602,8 @@ TEST_F(ProcPayments, CashJournalFiltersAndSoftDeletion)
     EXPECT_EQ(history[0].value("PAYNUM").toString(), QString("PAY-%1").arg(10000 + p1));
 
     // The guards of the direction and purpose catalogues.
-    EXPECT_EQ(ErrorOf([&] { Call("spPTypeDel", {2}); }), "Имеются платежи данного типа. Удаление запрещено.");
-    EXPECT_EQ(ErrorOf([&] { Call("spPurposeDel", {2}); }), "Имеются платежи данного направления. Удаление запрещено.");
+    EXPECT_EQ(UserText([&] { Call("spPTypeDel", {2}); }), "Имеются платежи данного типа. Удаление запрещено.");
+    EXPECT_EQ(UserText([&] { Call("spPurposeDel", {2}); }), "Имеются платежи данного направления. Удаление запрещено.");
     const int purpose = Call("spPurposeEmpty").toInt();
     Call("spPurposeEdit", {purpose, "Возврат"});
     Call("spPurposeDel", {purpose});
@@ -755,9 +701,9 @@ TEST_F(ProcSalary, PeriodSetsAccrualsOfClosedOrdersAgainstPayouts)
     EXPECT_NEAR(d[701], 25, 1e-2);
 
     // Percentages are read now, so a change reaches back; a reopened order drops out.
-    t.Exec("update EMPLS set PERCSERV = 20 where ID = 701");
+    db.Exec("update EMPLS set PERCSERV = 20 where ID = 701");
     EXPECT_NEAR(debts(may)[701], 100 - 25, 1e-2);
-    t.Exec("update ORDERS set IDSTATUS = 5 where ID = 700");
+    db.Exec("update ORDERS set IDSTATUS = 5 where ID = 700");
     d = debts(may);
     EXPECT_NEAR(d[700], 300 - 100, 1e-2);
     EXPECT_NEAR(d[701], -25, 1e-2);
@@ -776,7 +722,7 @@ TEST_F(ProcSalary, PeriodSetsAccrualsOfClosedOrdersAgainstPayouts)
     EXPECT_EQ(ivanov[0].value("COMMENT").toString(), "аванс");
 
     // Employees with payouts or service lines are guarded; the payout goes without a guard.
-    EXPECT_EQ(ErrorOf([&] { Call("spEmplDel", {702}); }), "Имеются выплаты по данному сотруднику. Удаление запрещено.");
+    EXPECT_EQ(UserText([&] { Call("spEmplDel", {702}); }), "Имеются выплаты по данному сотруднику. Удаление запрещено.");
     Call("spSalaryDel", {Int("select ID from SALARY where IDEMPL = 702")});
     Call("spEmplDel", {702});
     EXPECT_EQ(Int("select count(*) from EMPLS where ID = 702"), 0);
@@ -936,7 +882,7 @@ TEST_F(ProcFilters, StoreJournalShowsLinesAndTheCardOneOperation)
     EXPECT_EQ(list({{"F_DEL", 0}}), Ids({820, 822, 823}));
     EXPECT_EQ(IdsOf(Select("select * from spStoreMatOpen(:IDSTORE)", {{"IDSTORE", 820}})), Ids({820}));
     // Taking back a delivered line that was already used is refused by the balance.
-    EXPECT_EQ(ErrorOf([&] { Call("spStoreDel", {820}); }), "На складе недостаточно данного материала.");
+    EXPECT_EQ(UserText([&] { Call("spStoreDel", {820}); }), "На складе недостаточно данного материала.");
     EXPECT_EQ(Int("select coalesce(DEL, 0) from STORE where ID = 820"), 0);
 
     // Closing the card clears its blank lines only.
