@@ -2,7 +2,7 @@
 
 #include "deploy_scripts.h"
 #include "dialogs.h"
-#include "special_folders.h"
+#include "system_folders.h"
 
 #include <QCoreApplication>
 #include <QDir>
