@@ -5,9 +5,16 @@
 #include "system_folders.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QTimer>
+#include <QUrl>
 
 TDataDM *DataDM = nullptr;
 qint32 CurrentUserId = 0;
@@ -19,6 +26,143 @@ namespace {
 
 bool g_terminate = false;
 
+// Update statements that let data-bound editors post a row without changing anything; the real save of a
+// card is its procedure. The tables named have no update triggers.
+const char *const kNoChangeUsers = "update USERS set USERNAME = USERNAME where ID = :OLD_ID";
+const char *const kNoChangePayStatus = "update PAYSTATUS set STATUS = STATUS where ID = :OLD_ID";
+const char *const kNoChangeRights = "update RIGHTS set RIGHTNAME = RIGHTNAME where ID = :OLD_ID";
+// ORDMAT's triggers reprice the line and recount the order on any update, so this one matches no row.
+const char *const kNoChangeOrdMat = "update ORDMAT set ID = ID where ID = :OLD_ID and ID is null";
+
+const char *const kConfigUpdate = "update CONFIG set PVALUE = :PVALUE where ID = :ID";
+const char *const kRolesActionsUpdate =
+    "update ROLES_ACTIONS set ID_ROLE = :ID_ROLE_LKP_ROLES_F_ROLENAME, ID_ACTION = :ID_ACTION_LKP_ACTIONS_F_ACTNAME, "
+    "ID_RIGHTS = :ID_RIGHT_LKP_RIGHTS_F_RIGHTNAME where ID = :OLD_ID";
+const char *const kStoreMatUpdate =
+    "execute procedure spStoreMatEdit(:ID, :NUM, :STATUS_LKP_PAYSTATUS_F_STATUS, :MATNAME, :SYS_IDMAT, :ARTICUL, "
+    ":SCODE, :QUANTITY, :PRICEBUY, :PRICESELL, :SUMMBUY, :SUMMSELL)";
+
+// The reports' statements as their windows build them with no status and no payment state chosen.
+const char *const kOtchetVipZakaz = "SELECT *\n"
+                                    "FROM ORDERS O\n"
+                                    "LEFT JOIN CUST C ON O.IDCUST = C.ID\n"
+                                    "LEFT JOIN AUTO A ON O.IDAUTO = A.ID\n"
+                                    "LEFT JOIN MODEL M ON A.MODNAME = M.ID\n"
+                                    "LEFT JOIN PAYSTATE N ON O.PAYSTATE = N.ID\n"
+                                    "LEFT JOIN OSTATE D ON O.idstatus = D.ID\n"
+                                    "where\n"
+                                    "(create_date>=:dtstart and create_date<=:dtend)";
+const char *const kOtchetUslug = "SELECT A.servname,count(A.ID) as cnt,sum(D.summ) as sumprice\n"
+                                 "FROM ORDSERV D\n"
+                                 "LEFT JOIN ORDERS O ON O.ID = D.idorder\n"
+                                 "LEFT JOIN SERV A ON A.id=D.idserv\n"
+                                 "where\n"
+                                 "(create_date>=:dtstart and create_date<=:dtend)\n"
+                                 "GROUP BY A.servname,A.ID";
+const char *const kOtchetMaterial = "SELECT A.matname,sum(D.OCNT) as cnt,sum(D.OCNT*D.summ) as sumprice\n"
+                                    "FROM ORDMAT D\n"
+                                    "LEFT JOIN ORDERS O ON O.ID = D.idorder\n"
+                                    "LEFT JOIN MAT A ON A.id=D.idmat\n"
+                                    "where\n"
+                                    "(create_date>=:dtstart and create_date<=:dtend)\n"
+                                    "GROUP BY A.matname,A.ID";
+
+// One dataset of the module: what it reads, with which parameters, and how a post is sent.
+struct CatalogueEntry {
+    TpFIBDataSet TDataDM::*dataSet;
+    const char *name;
+    TDataSource TDataDM::*dataSource; // null when the dataset has none
+    const char *sourceName;
+    const char *procedure;            // read as "select * from <procedure>(:P1, ...)"
+    const char *params;               // blank-separated, in the procedure's order
+    const char *update;               // null: read-only
+    const char *fixedSelect = nullptr; // instead of the procedure
+};
+
+#define DS(member) &TDataDM::member, #member
+#define SRC(member) &TDataDM::member, #member
+#define NO_SRC nullptr, nullptr
+
+const CatalogueEntry kCatalogue[] = {
+    {DS(spUsersOpen), NO_SRC, "spUsersOpen", "", kNoChangeUsers},
+    {DS(spRolesOpen), SRC(dsRolesOpen), "spRolesOpen", "", kNoChangeUsers},
+    {DS(spStatesOpen), SRC(dsStatesOpen), "spStatesOpen", "", kNoChangeUsers},
+    {DS(tConfig), SRC(dsConfig), "spConfigOpen", "", kConfigUpdate},
+    {DS(spUsersActiveSelect), NO_SRC, "spUsersActiveSelect", "", kNoChangeUsers},
+    {DS(spRolesActionsOpen), NO_SRC, "spRolesActionsOpen", "ID_ROLE", kRolesActionsUpdate},
+    {DS(spActionsOpen), SRC(dsActionsOpen), "spActionsOpen", "", kNoChangeUsers},
+    {DS(spRightsOpen), SRC(dsRightsOpen), "spRightsOpen", "", kNoChangeUsers},
+    {DS(spRolesActionsEdit), NO_SRC, "spRolesActionsOpen", "ID_ROLE", kNoChangeUsers},
+    {DS(spDiscountsOpen), SRC(dsDiscountsOpen), "spDiscountsOpen", "", kNoChangeUsers},
+    {DS(spCustOpen), SRC(dsCustOpen), "spCustOpen", "F_CUSTNAME F_PHONE F_ADDRESS F_REG F_MODNAME F_MARK",
+     kNoChangeUsers},
+    {DS(spMatOpen), SRC(dsMatOpen), "spMatOpen", "F_MATNAME F_CATEGORY F_ARTICUL F_SCODE", kNoChangeUsers},
+    {DS(spCntryOpen), SRC(dsCntryOpen), "spCntryOpen", "", kNoChangeUsers},
+    {DS(spProdOpen), SRC(dsProdOpen), "spProdOpen", "", kNoChangeUsers},
+    {DS(spCmatOpen), SRC(dsCmatOpen), "spCmatOpen", "", kNoChangeUsers},
+    {DS(spCServOpen), SRC(dsCServOpen), "spCServOpen", "", kNoChangeUsers},
+    {DS(spServOpen), SRC(dsServOpen), "spServOpen", "F_SERVNAME F_CATEGORY F_SERVART F_SERVCODE", kNoChangeUsers},
+    {DS(spPosOpen), SRC(dsPosOpen), "spPosOpen", "", kNoChangeUsers},
+    {DS(spEstatOpen), SRC(dsEstatOpen), "spEstatOpen", "", kNoChangeUsers},
+    {DS(spEmplOpen), SRC(dsEmplOpen), "spEmplOpen", "F_EMPLNAME F_POS F_ESTAT F_ADDRESS F_PHONES", kNoChangeUsers},
+    {DS(spOTypeOpen), SRC(dsOTypeOpen), "spOTypeOpen", "", kNoChangeUsers},
+    {DS(spStoreOpen), SRC(dsStoreOpen), "spStoreOpen",
+     "F_DATE_UP F_DATE_TO F_OTYPE F_ARTICUL F_CODE F_NAME F_IDCUST F_DEL", kNoChangeUsers},
+    {DS(spStoreMatOpen), SRC(dsStoreMatOpen), "spStoreMatOpen", "IDSTORE", kStoreMatUpdate},
+    {DS(spMatDialog), SRC(dsMatDialog), "spMatDialog", "F_MATNAME F_CATEGORY F_ARTICUL F_SCODE", kNoChangeUsers},
+    {DS(spATypeOpen), SRC(dsATypeOpen), "spATypeOpen", "", kNoChangeUsers},
+    {DS(spModelOpen), SRC(dsModelOpen), "spModOpen", "", kNoChangeUsers},
+    {DS(spMarkOpen), SRC(dsMarkOpen), "spMarkOpen", "", kNoChangeUsers},
+    {DS(spAYearOpen), SRC(dsAYearOpen), "spYearOpen", "", kNoChangeUsers},
+    {DS(spAutoOpen), SRC(dsAutoOpen), "spAutoOpen",
+     "F_TYPE F_MODNAME F_MARK F_REG F_YEAR F_VIN F_DRIVE F_COLNAME F_DEL", kNoChangeUsers},
+    {DS(spOrdersOpen), SRC(dsOrdersOpen), "spOrderOpen",
+     "F_IDORDER F_DATE_UP F_DATE_TO F_IDOSTATE F_NUM F_IDCUST F_REG F_IDMARK F_IDMODEL F_DEL", kNoChangeUsers},
+    {DS(spOStateOpen), SRC(dsOStateOpen), "spOStateOpen", "", kNoChangeUsers},
+    {DS(spOrdPartsOpen), SRC(dsOrdPartsOpen), "spOrdPartsOpen", "IDORDER", kNoChangeUsers},
+    {DS(spPartsOpen), SRC(dsPartsOpen), "spPartsOpen", "", kNoChangeUsers},
+    {DS(spOrdServOpen), SRC(dsOrdServOpen), "spOrdServOpen", "IDORDER", kNoChangeUsers},
+    {DS(spOrdMatOpen), SRC(dsOrdMatOpen), "spOrdMatOpen", "IDORDER", kNoChangeUsers},
+    {DS(spPayTypeOpen), SRC(dsPayTypeOpen), "spPTypeOpen", "", kNoChangeUsers},
+    {DS(spPurposeOpen), SRC(dsPurposeOpen), "spPurposeOpen", "IDPAYTYPE", kNoChangeUsers},
+    {DS(spPayOpen), SRC(dsPayOpen), "spPayOpen",
+     "F_DATE_UP F_DATE_TO F_PAYNUM F_PTYPE F_PURPOSE F_CUST F_OBJ F_SUMM F_NAL F_DEL", kNoChangeUsers},
+    {DS(spPayStateOpen), SRC(dsPayStateOpen), "spPayStateOpen", "", kNoChangeUsers},
+    {DS(spPurposesOpen), SRC(dsPurposesOpen), "spPurposeOpen", "IDPAYTYPE", kNoChangeUsers},
+    {DS(spObjectOpen), SRC(dsObjectOpen), "spObjectOpen", "IDPAYTYPE IDCUST IDOBJ", kNoChangeUsers},
+    {DS(spClientsOpen), SRC(dsClientsOpen), "spClientsOpen", "IDPAYTYPE IDCUST IDOBJ", kNoChangeUsers},
+    {DS(spPayStatusOpen), SRC(dsPayStatusOpen), "spPayStatusOpen", "", kNoChangeUsers},
+    {DS(spSalaryOpen), SRC(dsSalaryOpen), "spSalaryOpen", "F_DATE_UP F_DATE_TO F_EMPLNANE", kNoChangeUsers},
+    {DS(spSalaryMain), SRC(dsSalaryMain), "spSalaryMain", "F_DATE_UP F_DATE_TO", kNoChangeOrdMat},
+    {DS(spOStateMain), SRC(dsOStateMain), "spOStateMain", "", kNoChangeOrdMat},
+    {DS(spCustOpen2), NO_SRC, "spCustOpen2", "ID_CUST", kNoChangeUsers},
+    {DS(spRequisitsOpen), SRC(dsRequisitsOpen), "spRequisitsOpen", "", kNoChangePayStatus},
+    {DS(spOrdMatServOpen), NO_SRC, "spOrdMatServOpen", "IDORDER", kNoChangeUsers},
+    {DS(spNalOpen), SRC(dsNalOpen), "spNalOpen", "", kNoChangeRights},
+    {DS(spCustOrderOpen), SRC(dsCustOrderOpen), "spCustOrderOpen", "IDCUST", kNoChangeUsers},
+    {DS(spCustPayOpen), SRC(dsCustPayOpen), "spCustPayOpen", "IDCUST", kNoChangeUsers},
+    {DS(spCustDialog), SRC(dsCustDialog), "spCustDialog", "F_CUSTNAME F_PHONE F_ADDRESS", kNoChangeUsers},
+    {DS(spRolesActionsOpen2), NO_SRC, "spRolesActionsOpen", "ID_ROLE", kNoChangeUsers},
+    {DS(dbOtchetVipZakaz), SRC(dsOtchetVipZakaz), nullptr, "", nullptr, kOtchetVipZakaz},
+    {DS(dbOtchetUslug), SRC(dsOtchetUslug), nullptr, "", nullptr, kOtchetUslug},
+    {DS(dbOtchetMaterial), SRC(dsOtchetMaterial), nullptr, "", nullptr, kOtchetMaterial},
+};
+
+#undef DS
+#undef SRC
+#undef NO_SRC
+
+QString SelectOf(const CatalogueEntry &entry)
+{
+    if (entry.fixedSelect)
+        return QString::fromUtf8(entry.fixedSelect);
+    QString sql = QStringLiteral("select * from ") + QLatin1String(entry.procedure);
+    const QStringList params = QString::fromLatin1(entry.params).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (!params.isEmpty())
+        sql += QStringLiteral("(:") + params.join(QStringLiteral(", :")) + QLatin1Char(')');
+    return sql;
+}
+
 } // namespace
 
 void RequestApplicationTerminate() { g_terminate = true; }
@@ -27,6 +171,7 @@ void ResetApplicationTerminate() { g_terminate = false; }
 
 const QString TDataDM::InitErrorText = QStringLiteral(
     "E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\nОбратитесь к системному администратору.");
+const QString TDataDM::ConfigWriteErrorText = QStringLiteral("Не удалось записать значение в таблицу Config");
 
 TDataDM::TDataDM(QObject *owner, const QStringList &arguments) : QObject(owner)
 {
@@ -57,6 +202,8 @@ TDataDM::TDataDM(QObject *owner, const QStringList &arguments) : QObject(owner)
     pFibErrorHandler1.OnFIBErrorEvent = [this](QObject *sender, EFIBError &error, TKindIBError kind, bool &doRaise) {
         pFibErrorHandler1FIBErrorEvent(sender, error, kind, doRaise);
     };
+
+    CreateDataSets();
 
     DataDM = this;
     DataModuleCreate(arguments.isEmpty() && QCoreApplication::instance() ? QCoreApplication::arguments() : arguments);
@@ -168,4 +315,163 @@ void TDataDM::pFibErrorHandler1FIBErrorEvent(QObject *sender, EFIBError &error, 
 {
     if (sender && dynamic_cast<TFIBQuery *>(sender))
         error.SetMessage(RepairUtf8Message(error.Message()));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Datasets
+
+void TDataDM::CreateDataSets()
+{
+    for (const CatalogueEntry &entry : kCatalogue) {
+        TpFIBDataSet &dataSet = this->*entry.dataSet;
+        const QString name = QLatin1String(entry.name);
+        dataSet.setObjectName(name);
+        dataSet.SetDatabase(&pFIBDatabaseMain);
+        dataSet.SetTransaction(&pFIBTransaction1);
+        const QString select = SelectOf(entry);
+        dataSet.SetSelectSQL(select);
+        if (entry.update)
+            dataSet.UpdateSQL = QString::fromLatin1(entry.update);
+        else
+            dataSet.RefreshSQL = select;
+        m_dataSets.insert(name.toLower(), &dataSet);
+        m_dataSetList.append(&dataSet);
+        if (entry.dataSource) {
+            TDataSource &source = this->*entry.dataSource;
+            const QString sourceName = QLatin1String(entry.sourceName);
+            source.setObjectName(sourceName);
+            source.SetDataSet(&dataSet);
+            m_dataSources.insert(sourceName.toLower(), &source);
+        }
+    }
+
+    spStoreMatOpen.BeforePost = [this](TFIBDataSet *dataSet) { spStoreMatOpenBeforePost(dataSet); };
+    dbOtchetVipZakaz.AddCalculatedField(QStringLiteral("sumOplata"), ftFloat);
+    for (TpFIBDataSet *report : {&dbOtchetVipZakaz, &dbOtchetUslug, &dbOtchetMaterial})
+        report->OnCalcFields = [this](TFIBDataSet *dataSet) { dbOtchetVipZakazCalcFields(dataSet); };
+}
+
+TFIBDataSet *TDataDM::FindDataSet(const QString &name) const
+{
+    return m_dataSets.value(name.toLower(), nullptr);
+}
+
+TDataSource *TDataDM::FindDataSource(const QString &name) const
+{
+    return m_dataSources.value(name.toLower(), nullptr);
+}
+
+void TDataDM::spStoreMatOpenBeforePost(TFIBDataSet *)
+{
+    TFIBField *material = spStoreMatOpen.FieldByName(QStringLiteral("SYS_IDMAT"));
+    if (material->IsNull())
+        material->SetValue(ChosenMaterialId);
+}
+
+void TDataDM::dbOtchetVipZakazCalcFields(TFIBDataSet *)
+{
+    dbOtchetVipZakaz.FieldByName(QStringLiteral("sumOplata"))
+        ->SetValue(dbOtchetVipZakaz.FieldByName(QStringLiteral("SUMORDER"))->AsFloat()
+                   - dbOtchetVipZakaz.FieldByName(QStringLiteral("SUMPAY"))->AsFloat());
+}
+
+// ---------------------------------------------------------------------------------------------
+// Settings
+
+QString TDataDM::GetConfigString(const QString &key)
+{
+    tConfig.Open();
+    if (tConfig.Locate(QStringLiteral("PNAME"), key))
+        return tConfig.FieldByName(QStringLiteral("PVALUE"))->AsString();
+    return QString();
+}
+
+double TDataDM::GetConfigFloat(const QString &key)
+{
+    tConfig.Open();
+    if (tConfig.Locate(QStringLiteral("PNAME"), key))
+        return tConfig.FieldByName(QStringLiteral("PVALUE"))->AsFloat();
+    return 0;
+}
+
+void TDataDM::CheckConfigWritten(const QString &key)
+{
+    tConfig.Close();
+    tConfig.Open();
+    if (!tConfig.Locate(QStringLiteral("PNAME"), key))
+        throw EDatabaseError(ConfigWriteErrorText);
+}
+
+void TDataDM::SetConfigString(const QString &key, const QString &value)
+{
+    // No open here: the caller has read before, or opens tConfig itself.
+    QVariant oldId;
+    if (tConfig.Locate(QStringLiteral("PNAME"), key))
+        oldId = tConfig.FieldByName(QStringLiteral("ID"))->Value();
+    Query.ExecProcedure(QStringLiteral("spConfigEdit"), {oldId, key, value});
+    CheckConfigWritten(key);
+}
+
+void TDataDM::SetConfigFloat(const QString &key, double value)
+{
+    // Always row 0: no look-up of the key first.
+    Query.ExecProcedure(QStringLiteral("spConfigEdit"), {0, key, QString::number(value, 'g', 15)});
+    CheckConfigWritten(key);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Small services
+
+QString TDataDM::MD5(const QString &text)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Md5).toHex()).toLower();
+}
+
+QString TDataDM::DownloadString(const QString &url, bool secure)
+{
+    QString result;
+    try {
+        // The event loop below cannot run without an application object.
+        if (!QCoreApplication::instance())
+            return result;
+
+        QString target = url;
+        const QUrl parsed(url, QUrl::TolerantMode);
+        if (parsed.isValid())
+            target = QString::fromLatin1(parsed.toEncoded());
+        if (secure)
+            target = QStringLiteral("https") + target.mid(4);
+
+        QNetworkAccessManager manager;
+        QNetworkRequest request{QUrl(target, QUrl::StrictMode)};
+        request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/x-www-form-urlencoded"));
+        request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+
+        QEventLoop loop;
+        QTimer watchdog;
+        watchdog.setSingleShot(true);
+        QNetworkReply *reply = manager.post(request, QByteArray());
+        // Every arrival restarts the read time-out. Qt tells when a TLS session is up, but not when a plain
+        // connection is, so there the connect time-out is part of the first wait.
+        const auto readAgain = [&watchdog] { watchdog.start(ReadTimeoutMs); };
+        QObject::connect(&watchdog, &QTimer::timeout, reply, &QNetworkReply::abort);
+        QObject::connect(reply, &QNetworkReply::encrypted, &watchdog, readAgain);
+        QObject::connect(reply, &QNetworkReply::metaDataChanged, &watchdog, readAgain);
+        QObject::connect(reply, &QNetworkReply::readyRead, &watchdog, readAgain);
+        QObject::connect(reply, &QNetworkReply::downloadProgress, &watchdog, readAgain);
+        QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+        const bool tls = target.startsWith(QLatin1String("https:"), Qt::CaseInsensitive);
+        watchdog.start(tls ? ConnectTimeoutMs : ConnectTimeoutMs + ReadTimeoutMs);
+        if (!reply->isFinished())
+            loop.exec(QEventLoop::ExcludeUserInputEvents);
+        watchdog.stop();
+
+        const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        if (reply->error() == QNetworkReply::NoError && status >= 200 && status < 300)
+            result = QString::fromUtf8(reply->readAll());
+        delete reply;
+    } catch (...) {
+        result.clear();
+    }
+    return result;
 }

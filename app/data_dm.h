@@ -2,10 +2,13 @@
 // The data module: the one connection, the one transaction and everything the windows share.
 
 #include "fib_database.h"
+#include "fib_dataset.h"
+#include "fib_datasource.h"
 #include "fib_errors.h"
 #include "fib_query.h"
 #include "fib_script.h"
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -26,6 +29,30 @@ public:
     TpFIBScripter ScriptProcedures;
     TpFIBScripter ScriptUpdater;
     TpFibErrorHandler pFibErrorHandler1;
+
+    // The shared datasets, declared after the connection so that they go before it. Each one's select,
+    // update statement and data source come from the catalogue in data_dm.cpp.
+    TpFIBDataSet tConfig;
+    TpFIBDataSet spUsersOpen, spRolesOpen, spStatesOpen, spUsersActiveSelect, spRolesActionsOpen, spActionsOpen,
+        spRightsOpen, spRolesActionsEdit, spDiscountsOpen, spCustOpen, spMatOpen, spCntryOpen, spProdOpen, spCmatOpen,
+        spCServOpen, spServOpen, spPosOpen, spEstatOpen, spEmplOpen, spOTypeOpen, spStoreOpen, spStoreMatOpen,
+        spMatDialog, spATypeOpen, spModelOpen, spMarkOpen, spAYearOpen, spAutoOpen, spOrdersOpen, spOStateOpen,
+        spOrdPartsOpen, spPartsOpen, spOrdServOpen, spOrdMatOpen, spPayTypeOpen, spPurposeOpen, spPayOpen,
+        spPayStateOpen, spPurposesOpen, spObjectOpen, spClientsOpen, spPayStatusOpen, spSalaryOpen, spSalaryMain,
+        spOStateMain, spCustOpen2, spRequisitsOpen, spOrdMatServOpen, spNalOpen, spCustOrderOpen, spCustPayOpen,
+        spCustDialog, spRolesActionsOpen2;
+    // The reports' datasets: windows rebuild their selects; dbOtchetVipZakaz carries `sumOplata`.
+    TpFIBDataSet dbOtchetVipZakaz, dbOtchetUslug, dbOtchetMaterial;
+
+    TDataSource dsConfig;
+    TDataSource dsRolesOpen, dsStatesOpen, dsActionsOpen, dsRightsOpen, dsDiscountsOpen, dsCustOpen, dsMatOpen,
+        dsCntryOpen, dsProdOpen, dsCmatOpen, dsCServOpen, dsServOpen, dsPosOpen, dsEstatOpen, dsEmplOpen, dsOTypeOpen,
+        dsStoreOpen, dsStoreMatOpen, dsMatDialog, dsATypeOpen, dsModelOpen, dsMarkOpen, dsAYearOpen, dsAutoOpen,
+        dsOrdersOpen, dsOStateOpen, dsOrdPartsOpen, dsPartsOpen, dsOrdServOpen, dsOrdMatOpen, dsPayTypeOpen,
+        dsPurposeOpen, dsPayOpen, dsPayStateOpen, dsPurposesOpen, dsObjectOpen, dsClientsOpen, dsPayStatusOpen,
+        dsSalaryOpen, dsSalaryMain, dsOStateMain, dsRequisitsOpen, dsNalOpen, dsCustOrderOpen, dsCustPayOpen,
+        dsCustDialog;
+    TDataSource dsOtchetVipZakaz, dsOtchetUslug, dsOtchetMaterial;
 
     QString DataFolder;
     QString DbFolder;
@@ -48,11 +75,47 @@ public:
     // Repairs the text of an error raised by a query: UTF-8 bytes that were read as ANSI.
     void pFibErrorHandler1FIBErrorEvent(QObject *sender, EFIBError &error, TKindIBError kind, bool &doRaise);
 
+    // A dataset or data source of the module by its name in any case; null when there is none.
+    TFIBDataSet *FindDataSet(const QString &name) const;
+    TDataSource *FindDataSource(const QString &name) const;
+    // All datasets of the catalogue, in its order.
+    QList<TFIBDataSet *> DataSets() const { return m_dataSetList; }
+
+    // Settings of CONFIG by PNAME, exact and case-sensitive.
+    QString GetConfigString(const QString &key);
+    double GetConfigFloat(const QString &key);
+    // Both raise "Не удалось записать значение в таблицу Config" when the key is not there afterwards.
+    // SetConfigString needs tConfig open already.
+    void SetConfigString(const QString &key, const QString &value);
+    void SetConfigFloat(const QString &key, double value);
+    static const QString ConfigWriteErrorText;
+
+    // Lower-case hexadecimal MD5 of the text's UTF-8 bytes: the stored form of a password.
+    static QString MD5(const QString &text);
+
+    // One HTTP POST with an empty form; the body of the reply, or empty on any failure. Blocks for at most
+    // the time-outs below; needs a QCoreApplication for its event loop.
+    static QString DownloadString(const QString &url, bool secure);
+    static constexpr int ConnectTimeoutMs = 5000;
+    static constexpr int ReadTimeoutMs = 10000;
+
+    // A row posted without a material takes the one last chosen in the materials dialog.
+    void spStoreMatOpenBeforePost(TFIBDataSet *dataSet);
+    // sumOplata := SUMORDER - SUMPAY, always on dbOtchetVipZakaz, whichever report dataset calls.
+    void dbOtchetVipZakazCalcFields(TFIBDataSet *dataSet);
+
     static const QString InitErrorText;
 
 private:
     void DataModuleCreate(const QStringList &arguments);
     void Bind(TpFIBScripter &scripter, const QString &name);
+    void CreateDataSets();
+    // Closes, opens and locates the key in tConfig; raises when it is not there.
+    void CheckConfigWritten(const QString &key);
+
+    QHash<QString, TFIBDataSet *> m_dataSets;
+    QHash<QString, TDataSource *> m_dataSources;
+    QList<TFIBDataSet *> m_dataSetList;
 
     bool m_newDatabase = false;
     bool m_destroyed = false;

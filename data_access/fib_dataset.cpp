@@ -46,10 +46,12 @@ QVariant normalised(const QVariant &v)
     return v;
 }
 
-// Delphi date pattern letters to Qt's.
-QString qtDatePattern(const QString &format)
+} // namespace
+
+QString QtDateTimePattern(const QString &format)
 {
     QString out;
+    bool literal = false;
     for (qsizetype i = 0; i < format.size();) {
         qsizetype j = i;
         while (j < format.size() && format[j].toLower() == format[i].toLower())
@@ -65,14 +67,21 @@ QString qtDatePattern(const QString &format)
         } else if (c == QLatin1Char('y') || c == QLatin1Char('d') || c == QLatin1Char('h') || c == QLatin1Char('s')) {
             out += run.toLower();
         } else {
-            out += QLatin1Char('\'') + run + QLatin1Char('\'');
+            // Neighbouring literal runs share one quoted section: Qt reads '' as a quote character.
+            if (literal)
+                out.chop(1);
+            else
+                out += QLatin1Char('\'');
+            out += QString(run).replace(QLatin1Char('\''), QLatin1String("''")) + QLatin1Char('\'');
+            literal = true;
+            i = j;
+            continue;
         }
+        literal = false;
         i = j;
     }
     return out;
 }
-
-} // namespace
 
 QString FormatFieldValue(const QVariant &value, const QString &format)
 {
@@ -82,7 +91,7 @@ QString FormatFieldValue(const QVariant &value, const QString &format)
     if (v.typeId() == QMetaType::QDateTime) {
         if (format.isEmpty())
             return QLocale().toString(v.toDateTime(), QLocale::ShortFormat);
-        return v.toDateTime().toString(qtDatePattern(format));
+        return v.toDateTime().toString(QtDateTimePattern(format));
     }
     if (format.isEmpty() || v.typeId() == QMetaType::QString)
         return v.toString();
@@ -252,7 +261,8 @@ void TFIBDataSet::SetSelectSQL(const QString &sql)
         Raise(QStringLiteral("Can't %1 because %2 dataset open.").arg(QStringLiteral("change SelectSQL"), objectName()));
     m_selectSQL = sql;
     m_select.SetSQLText(sql);
-    m_fields.resize(0);
+    // Calculated fields are the design's, not the select's: they outlive a new text.
+    m_fields.removeIf([](const std::shared_ptr<TFIBField> &f) { return !f->Calculated(); });
 }
 
 void TFIBDataSet::Raise(const QString &text) const

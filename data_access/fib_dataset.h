@@ -67,6 +67,8 @@ private:
 
 // Delphi-style display formats: "dd.mm.yyyy hh:nn" for dates, "#,##0.00" and "0.00" for numbers.
 QString FormatFieldValue(const QVariant &value, const QString &format);
+// A Delphi date picture ("dd.mm.yyyy hh:nn") as a Qt date-time format; other characters stay literal.
+QString QtDateTimePattern(const QString &delphiFormat);
 
 class TFIBDataSet : public QObject, public TFIBDatabaseClient
 {

@@ -1,0 +1,90 @@
+// Money text and the Russian amount in words, as the order documents print them.
+#include "common.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+qint64 fixed(double value) { return qint64(std::llround(value * 10000)); }
+
+QString inWords(qint64 amount) { return AmountInWords("руб.", "коп.", amount); }
+
+} // namespace
+
+TEST(AmountInWords, TableOfAmounts)
+{
+    struct Row { qint64 amount; const char *words; };
+    const Row rows[] = {
+        {fixed(1.00), "Один руб. 00 коп."},
+        {fixed(21.05), "Двадцать один руб. 05 коп."},
+        {fixed(2000), "Две тысячи руб. 00 коп."},
+        {fixed(11000), "Одиннадцать тысяч руб. 00 коп."},
+        {fixed(12.50), "Двенадцать руб. 5 коп."},
+        {fixed(100.10), "Сто руб. 1 коп."},
+        {0, " руб. 00 коп."},
+        {fixed(40), "Сорок руб. 00 коп."},
+        {fixed(105), "Сто  пять руб. 00 коп."},
+        {fixed(512), "Пятьсот двенадцать руб. 00 коп."},
+        {fixed(3001), "Три тысячи один руб. 00 коп."},
+        {fixed(5000), "Пять тысяч руб. 00 коп."},
+        {fixed(21000), "Двадцать одна тысяча руб. 00 коп."},
+        {fixed(1000000), "Один миллион тысяч руб. 00 коп."},
+        {fixed(1001000), "Один миллион одна тысяча руб. 00 коп."},
+        {fixed(1234567.89), "Один миллион двести тридцать четыре тысячи пятьсот шестьдесят семь руб. 89 коп."},
+        {fixed(5000000000.0), "Пять миллиардов миллионов тысяч руб. 00 коп."},
+        {qint64(1000000000000) * 10000, "Один триллион миллиардов миллионов тысяч руб. 00 коп."},
+        // The largest amount the fixed-point type holds; its millions word carries the Latin letter.
+        {std::numeric_limits<qint64>::max(),
+         "Девятьсот двадцать два триллиона триста тридцать семь миллиардов двести  три миллион\x61 шестьсот "
+         "восемьдесят пять тысяч четыреста семьдесят семь руб. 5807 коп."},
+        {fixed(0.5), " руб. 5 коп."},
+    };
+    for (const Row &r : rows)
+        EXPECT_EQ(inWords(r.amount), QString::fromUtf8(r.words)) << r.amount;
+}
+
+TEST(AmountInWords, TwoMillionKeepsTheLatinLetter)
+{
+    const QString words = inWords(fixed(2000000));
+    EXPECT_EQ(words, QString::fromUtf8("Два миллион") + QChar(0x61) + QString::fromUtf8(" тысяч руб. 00 коп."));
+    EXPECT_FALSE(words.contains(QString::fromUtf8("миллиона")));
+    EXPECT_EQ(AmountInWords("долл.", "цент.", fixed(3)), "Три долл. 00 цент.");
+}
+
+TEST(AmountInWords, NegativeAmountAndBadDigitsRaise)
+{
+    EXPECT_THROW(inWords(fixed(-5)), EConvertError);
+    EXPECT_THROW(inWords(fixed(-0.5)), EConvertError);
+    EXPECT_THROW(DigitWord("x", 3, 1), EConvertError);
+}
+
+TEST(AmountInWords, PiecesFollowTheirTables)
+{
+    EXPECT_EQ(DigitWord("1", 3, 2), "одна");
+    EXPECT_EQ(DigitWord("2", 3, 2), "две");
+    EXPECT_EQ(DigitWord("2", 3, 1), "два");
+    EXPECT_EQ(DigitWord("0", 4, 1), "десять");
+    EXPECT_EQ(DigitWord("4", 2, 1), "сорок");
+    EXPECT_EQ(GroupWord(1, "000"), "тысяч");
+    EXPECT_EQ(GroupWord(1, "1"), "тысяча");
+    EXPECT_EQ(GroupWord(1, "013"), "тысяч");
+    EXPECT_EQ(GroupWord(3, "22"), "миллиарда");
+    EXPECT_EQ(GroupWord(0, "5"), "");
+    EXPECT_EQ(GroupWord(5, "5"), "");
+    EXPECT_EQ(TripletWords("115", 1), "сто пятнадцать");
+    EXPECT_EQ(TripletWords("010", 1), "десять");
+    EXPECT_EQ(TripletWords("302", 2), "триста  две");
+}
+
+TEST(CommonRoutines, MoneyTextAndNullFilters)
+{
+    EXPECT_EQ(FormatMoney(1234.5), "1234.50 р. ");
+    EXPECT_EQ(FormatMoney(0), "0.00 р. ");
+    EXPECT_EQ(FormatMoney(-2.5), "-2.50 р. ");
+    CurrencyWords().Val1 = "$";
+    EXPECT_EQ(FormatMoney(7), "7.00 $ ");
+    CurrencyWords() = TCurrencyWords();
+    EXPECT_FALSE(StrOrNull("").isValid());
+    EXPECT_EQ(StrOrNull("абв"), QVariant(QString("абв")));
+}
