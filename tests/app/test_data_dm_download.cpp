@@ -142,7 +142,7 @@ TEST_F(DownloadString, ReplyThatStopsHalfWayGivesEmptyAfterTheReadTimeOut)
     clock.start();
     EXPECT_EQ(TDataDM::DownloadString(server.Url(), false), "");
     const qint64 elapsed = clock.elapsed();
-    EXPECT_GE(elapsed, TDataDM::ReadTimeoutMs - 100);
+    EXPECT_GE(elapsed, TDataDM::ReadTimeoutMs * 9 / 10); // coarse timers may fire up to 5% early
     EXPECT_LT(elapsed, TDataDM::ReadTimeoutMs + 2000);
 }
 
@@ -153,7 +153,7 @@ TEST_F(DownloadString, TlsServerThatNeverAnswersIsLeftAfterTheConnectTimeOut)
     clock.start();
     EXPECT_EQ(TDataDM::DownloadString(server.Url(), true), "");
     const qint64 elapsed = clock.elapsed();
-    EXPECT_GE(elapsed, TDataDM::ConnectTimeoutMs - 100);
+    EXPECT_GE(elapsed, TDataDM::ConnectTimeoutMs * 9 / 10);
     EXPECT_LT(elapsed, TDataDM::ConnectTimeoutMs + 2000);
     EXPECT_FALSE(server.Received.isEmpty());
 }
