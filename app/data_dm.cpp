@@ -218,6 +218,8 @@ TDataDM::~TDataDM()
             // Nothing was opened since the last commit: there is nothing to keep.
         }
     }
+    // What windows parented here goes before the connection it uses.
+    qDeleteAll(children());
     if (DataDM == this)
         DataDM = nullptr;
 }

@@ -1,0 +1,147 @@
+// A grid frame over 100,000 rows: the first screen is shown without fetching the rest. Reports the
+// time of a refresh up to a painted first screen, the rows it fetched, and the process's peak memory;
+// then, for contrast, the same grid scrolled to its last row.
+#include "fib_dataset.h"
+#include "grid_frame.h"
+#include "grid_view.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+namespace {
+
+constexpr int kRows = 100000;
+
+// Peak and present resident memory of the process, in kB.
+double statusKb(const char *key)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : status.readAll().split('\n'))
+        if (line.startsWith(key))
+            return line.mid(qstrlen(key)).trimmed().split(' ').first().toDouble();
+    return 0;
+}
+
+struct Fixture
+{
+    QTemporaryDir dir;
+    TpFIBDatabase db;
+    TpFIBTransaction tr;
+    TpFIBDataSet orders;
+
+    Fixture()
+    {
+        db.SQLDialect = 1;
+        db.DBName = dir.filePath("bench.fdb");
+        tr.SetDefaultDatabase(&db);
+        db.CreateDatabase();
+        run("create table ORDERS (ID integer not null primary key, NUM varchar(32), ORDER_DATE date, "
+            "CUSTNAME varchar(255), REG varchar(32), SUMORDER float, SUMPAY float, PAID_BIT integer, "
+            "COMMENT varchar(1024))");
+        run("execute block as declare i integer = 1; begin while (i <= 100000) do begin "
+            "insert into ORDERS values (:i, 'P-' || (80000 + :i), '01.01.2026', 'Иванов Иван Иванович ' || :i, "
+            "'А' || :i || 'ВС77', :i * 10.5, :i * 3.25, mod(:i, 2), 'Замена масла и фильтров'); "
+            "i = i + 1; end end");
+        tr.Commit();
+        tr.StartTransaction();
+        orders.setObjectName(QStringLiteral("spOrdersOpen"));
+        orders.SetDatabase(&db);
+        orders.SetTransaction(&tr);
+        orders.SetSelectSQL(QStringLiteral("select ID, NUM, ORDER_DATE, CUSTNAME, REG, SUMORDER, SUMPAY, PAID_BIT, "
+                                           "COMMENT from ORDERS order by ID"));
+    }
+
+    void run(const char *sql)
+    {
+        tr.StartTransaction();
+        TpFIBQuery q;
+        q.SetDatabase(&db);
+        q.SetTransaction(&tr);
+        q.SetSQLText(QString::fromUtf8(sql));
+        q.ExecQuery();
+        if (q.IsDDL())
+            tr.Commit();
+    }
+};
+
+Fixture &fixture()
+{
+    static Fixture f;
+    return f;
+}
+
+// A frame as a journal holds it, shown at a usual window size.
+struct Journal
+{
+    TGridFrame frame{nullptr, QStringLiteral("frmOrders")};
+    explicit Journal(TFIBDataSet *dataSet)
+    {
+        frame.DS->SetDataSet(dataSet);
+        frame.resize(1200, 800);
+        frame.show();
+    }
+    // Refresh, then let the grid lay out, fetch what it shows and paint.
+    void RefreshAndShow()
+    {
+        frame.actRefresh->Execute();
+        QCoreApplication::processEvents();
+        frame.GridView->viewport()->repaint();
+    }
+};
+
+void BM_FrameFirstScreen(benchmark::State &state)
+{
+    Fixture &f = fixture();
+    Journal journal(&f.orders);
+    for (auto _ : state)
+        journal.RefreshAndShow();
+    state.counters["rows_fetched"] = f.orders.RecordCount();
+    state.counters["all_fetched"] = f.orders.AllFetched() ? 1 : 0;
+    state.counters["rows_in_table"] = kRows;
+    state.counters["columns"] = journal.frame.GridView->ColumnCount();
+    state.counters["peak_rss_kB"] = statusKb("VmHWM:");
+    state.counters["rss_kB"] = statusKb("VmRSS:");
+}
+
+void BM_FrameScrolledToEnd(benchmark::State &state)
+{
+    Fixture &f = fixture();
+    Journal journal(&f.orders);
+    for (auto _ : state) {
+        journal.RefreshAndShow();
+        QScrollBar *bar = journal.frame.GridView->verticalScrollBar();
+        while (!f.orders.AllFetched()) {
+            bar->setValue(bar->maximum());
+            QCoreApplication::processEvents();
+        }
+        journal.frame.GridView->viewport()->repaint();
+    }
+    state.counters["rows_fetched"] = f.orders.RecordCount();
+    state.counters["peak_rss_kB"] = statusKb("VmHWM:");
+    state.counters["rss_kB"] = statusKb("VmRSS:");
+}
+
+} // namespace
+
+// First screen first, so that its peak memory is not the full grid's.
+BENCHMARK(BM_FrameFirstScreen)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FrameScrolledToEnd)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    fixture();
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,109 @@
+#include "fm_base.h"
+
+#include "app_exception.h"
+
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QVBoxLayout>
+
+// Colour 13303805 of the system's windows, stored as blue-green-red.
+const QColor TfmBase::PanelColor(0xFD, 0xFF, 0xCA);
+
+TfmBase::TfmBase(TMainWindowLink *mainWindow, QWidget *parent) : QWidget(parent), m_mainWindow(mainWindow)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    pnlMain = new QWidget(this);
+    pnlMain->setObjectName(QStringLiteral("pnlMain"));
+    pnlMain->setAutoFillBackground(true);
+    QPalette palette = pnlMain->palette();
+    palette.setColor(QPalette::Window, PanelColor);
+    pnlMain->setPalette(palette);
+    layout->addWidget(pnlMain);
+    ActionList = new TActionList(this, QStringLiteral("ActionList"));
+    tmrFilter = new QTimer(this);
+    tmrFilter->setObjectName(QStringLiteral("tmrFilter"));
+    tmrFilter->setInterval(100);
+    connect(tmrFilter, &QTimer::timeout, this, [this] {
+        try {
+            tmrFilterTimer(tmrFilter);
+        } catch (...) {
+            tmrFilter->stop();
+            HandleCurrentException();
+        }
+    });
+}
+
+bool TfmBase::IsMdiChild() const
+{
+    return qobject_cast<QMdiSubWindow *>(parentWidget()) != nullptr;
+}
+
+QMdiSubWindow *TfmBase::ShowIn(QMdiArea *area)
+{
+    QMdiSubWindow *sub = area->addSubWindow(this);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->showMaximized();
+    return sub;
+}
+
+void TfmBase::FormCreate(QObject *)
+{
+}
+
+void TfmBase::FormShow(QObject *)
+{
+}
+
+void TfmBase::FormClose(QObject *, TCloseAction &action)
+{
+    if (!IsMdiChild())
+        return;
+    if (m_mainWindow)
+        m_mainWindow->SendMessage(WMDestroyChild, action, 0);
+    action = caFree;
+}
+
+void TfmBase::tmrFilterTimer(QObject *)
+{
+    tmrFilter->stop();
+}
+
+void TfmBase::FilterChange(QObject *)
+{
+    if (!tmrFilter->isActive())
+        tmrFilter->start();
+}
+
+void TfmBase::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (event->spontaneous())
+        return;
+    try {
+        FormShow(this);
+    } catch (...) {
+        HandleCurrentException();
+    }
+}
+
+void TfmBase::closeEvent(QCloseEvent *event)
+{
+    TCloseAction action = IsMdiChild() ? caMinimize : caHide;
+    try {
+        FormClose(this, action);
+    } catch (...) {
+        HandleCurrentException();
+    }
+    if (action == caNone) {
+        event->ignore();
+        return;
+    }
+    if (action == caFree) {
+        setAttribute(Qt::WA_DeleteOnClose);
+        if (QWidget *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
+            sub->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    event->accept();
+}

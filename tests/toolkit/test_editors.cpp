@@ -1,0 +1,222 @@
+// Editors plain and bound to a field of the current row.
+
+#include "db_editors.h"
+#include "toolkit_fixture.h"
+#include "type_text.h"
+
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+class EditorTest : public ToolkitTest
+{
+protected:
+    void TearDown() override
+    {
+        ToolkitTest::TearDown();
+        source.reset();
+    }
+    TDataSource *Source(TFIBDataSet *ds)
+    {
+        source = std::make_unique<TDataSource>(nullptr, ds);
+        return source.get();
+    }
+    std::unique_ptr<TDataSource> source;
+};
+
+TEST_F(EditorTest, BoundTextEditShowsTheCurrentRowAndWritesIntoIt)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    auto *edit = Keep(new TDBTextEdit);
+    edit->SetDataBinding(Source(ds), "NAME");
+    EXPECT_EQ(edit->text(), "Масло 5W40");
+    ds->Next();
+    EXPECT_EQ(edit->text(), "Фильтр воздушный");
+    EXPECT_EQ(ds->State(), dsBrowse);
+
+    TypeText(edit, "Фильтр салона");
+    EXPECT_EQ(ds->State(), dsEdit);
+    EXPECT_EQ(ds->FieldByName("NAME")->AsString(), "Фильтр салона");
+    EXPECT_EQ(edit->text(), "Фильтр салона");
+    ds->Cancel();
+    EXPECT_EQ(edit->text(), "Фильтр воздушный");
+    ds->Close();
+    EXPECT_EQ(edit->text(), "");
+}
+
+TEST_F(EditorTest, TypingIntoAReadOnlyDataSetShowsTheRefusal)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID", false);
+    auto *edit = Keep(new TDBTextEdit);
+    edit->SetDataBinding(Source(ds), "NAME");
+    TypeText(edit, "x");
+    EXPECT_EQ(ds->State(), dsBrowse);
+    ASSERT_EQ(dialogs.Shown.size(), 1);
+    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Can't update."));
+    EXPECT_EQ(edit->text(), "Масло 5W40");
+}
+
+TEST_F(EditorTest, DataSourceCanSwapItsDataSet)
+{
+    TpFIBDataSet *first = Open("select * from GOODS where ID = 1");
+    TpFIBDataSet *second = Open("select * from GOODS where ID = 2");
+    auto *edit = Keep(new TDBMemo);
+    edit->SetDataBinding(Source(first), "NAME");
+    EXPECT_EQ(edit->toPlainText(), "Масло 5W40");
+    source->SetDataSet(second);
+    EXPECT_EQ(edit->toPlainText(), "Фильтр воздушный");
+    TypeText(edit, "!");
+    EXPECT_EQ(second->State(), dsEdit);
+    EXPECT_EQ(first->State(), dsBrowse);
+}
+
+TEST_F(EditorTest, LookupShowsTheListAndHoldsTheKey)
+{
+    TpFIBDataSet *kinds = Open("select * from KINDS order by ID");
+    TDataSource kindSource(nullptr, kinds);
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    TEditProperties p(TEditKind::Lookup);
+    p.ListSource = &kindSource;
+    p.KeyFieldNames = "ID";
+    p.ListFieldNames = "KINDNAME";
+    auto *lookup = Keep(new TDBLookupComboBox);
+    lookup->SetProperties(p);
+    lookup->SetDataBinding(Source(ds), "KIND_ID");
+    EXPECT_EQ(lookup->count(), 2);
+    EXPECT_EQ(lookup->currentText(), "Масло");
+    EXPECT_EQ(lookup->EditValue().toInt(), 1);
+    EXPECT_FALSE(lookup->isEditable());
+
+    emit lookup->activated(1);
+    EXPECT_EQ(ds->State(), dsEdit);
+    EXPECT_EQ(ds->FieldByName("KIND_ID")->AsInteger(), 2);
+    ds->Cancel();
+    ds->MoveTo(2);
+    // A key the list lacks shows nothing.
+    EXPECT_EQ(lookup->currentIndex(), -1);
+}
+
+TEST_F(EditorTest, LookupWithFreeTypingOffersNewTexts)
+{
+    TpFIBDataSet *kinds = Open("select * from KINDS order by ID");
+    TDataSource kindSource(nullptr, kinds);
+    TEditProperties p(TEditKind::Lookup);
+    p.ListSource = &kindSource;
+    p.KeyFieldNames = "ID";
+    p.ListFieldNames = "KINDNAME";
+    p.DropDownStyle = 1;
+    auto *lookup = Keep(new TLookupComboBox);
+    lookup->SetProperties(p);
+    ASSERT_TRUE(lookup->isEditable());
+    QStringList offered;
+    lookup->OnNewLookupDisplayText = [&](const QString &text) { offered << text; };
+    int changes = 0;
+    lookup->OnUserChange = [&] { ++changes; };
+
+    lookup->lineEdit()->setText("Фильтр");
+    emit lookup->lineEdit()->editingFinished();
+    EXPECT_TRUE(offered.isEmpty());
+    EXPECT_EQ(lookup->EditValue().toInt(), 2);
+    EXPECT_EQ(changes, 1);
+
+    lookup->lineEdit()->setText("Свечи");
+    emit lookup->lineEdit()->editingFinished();
+    EXPECT_EQ(offered, QStringList{"Свечи"});
+    EXPECT_EQ(lookup->EditValue().toInt(), 2);
+}
+
+TEST_F(EditorTest, DateEditHoldsADateOrNothing)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    TEditProperties p(TEditKind::Date);
+    p.DateKind = TDateKind::DateTime;
+    p.DisplayFormat = p.EditFormat = "dd.mm.yyyy HH:NN";
+    auto *date = Keep(new TDBDateEdit);
+    date->SetProperties(p);
+    date->SetDataBinding(Source(ds), "MADE_DATE");
+    EXPECT_EQ(date->text(), "05.03.2024 14:07");
+    EXPECT_EQ(date->EditValue().toDateTime(), QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9)));
+    ds->MoveTo(2);
+    EXPECT_TRUE(date->IsEmpty());
+    EXPECT_FALSE(date->EditValue().isValid());
+
+    TEditProperties dateOnly = p;
+    dateOnly.DateKind = TDateKind::Date;
+    auto *plain = Keep(new TDateEdit);
+    plain->SetProperties(dateOnly);
+    plain->SetEditValue(QDateTime(QDate(2024, 3, 5), QTime(14, 7)));
+    EXPECT_EQ(plain->text(), "05.03.2024");
+    EXPECT_EQ(plain->EditValue().toDateTime().time(), QTime(0, 0));
+
+    TEditProperties grid = p;
+    grid.DisplayFormat = grid.EditFormat = "dd.mm.yyyy HH24:NN";
+    plain->SetProperties(grid);
+    plain->SetEditValue(QDateTime(QDate(2024, 3, 5), QTime(14, 7)));
+    EXPECT_EQ(plain->text(), "05.03.2024 1424:07");
+}
+
+TEST_F(EditorTest, CurrencyEditTakesNumbersAndEmptiness)
+{
+    auto *money = Keep(new TCurrencyEdit);
+    TEditProperties p(TEditKind::Currency);
+    p.DecimalPlaces = 2;
+    p.DisplayFormat = "###,##0.00";
+    money->SetProperties(p);
+    money->SetEditValue(1234.5);
+    EXPECT_EQ(money->text(), "1,234.50");
+    int changes = 0;
+    money->OnUserChange = [&] { ++changes; };
+    TypeText(money, "12.5");
+    EXPECT_DOUBLE_EQ(money->EditValue().toDouble(), 12.5);
+    EXPECT_EQ(changes, 4);
+    money->selectAll();
+    QTest::keyClick(money, Qt::Key_Delete);
+    EXPECT_FALSE(money->EditValue().isValid());
+    EXPECT_EQ(money->alignment() & Qt::AlignHorizontal_Mask, Qt::AlignRight);
+    p.HorizontalAlignment = Qt::AlignLeft;
+    money->SetProperties(p);
+    EXPECT_EQ(money->alignment() & Qt::AlignHorizontal_Mask, Qt::AlignLeft);
+}
+
+TEST_F(EditorTest, CheckBoxAndRadioGroupHoldFieldValues)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    auto *check = Keep(new TDBCheckBox);
+    check->SetDataBinding(Source(ds), "PAID_BIT");
+    EXPECT_TRUE(check->isChecked());
+    ds->Next();
+    EXPECT_FALSE(check->isChecked());
+    check->click();
+    EXPECT_EQ(ds->FieldByName("PAID_BIT")->AsInteger(), 1);
+    ds->Cancel();
+
+    auto *radio = Keep(new TDBRadioGroup);
+    radio->SetItems({"Масло", "Фильтр"}, {1, 2});
+    radio->SetDataBinding(source.get(), "KIND_ID");
+    EXPECT_EQ(radio->ItemIndex(), 1);
+    ds->First();
+    EXPECT_EQ(radio->ItemIndex(), 0);
+    ds->MoveTo(2);
+    EXPECT_EQ(radio->ItemIndex(), -1);
+    ds->First();
+    radio->findChildren<QAbstractButton *>()[1]->click();
+    EXPECT_EQ(ds->FieldByName("KIND_ID")->AsInteger(), 2);
+}
+
+TEST(ButtonEdit, TheButtonIsHandledByItsOwner)
+{
+    TButtonEdit edit;
+    QList<int> clicks;
+    edit.OnButtonClick = [&](int index) { clicks << index; };
+    QSignalSpy signal(&edit, &TButtonEdit::ButtonClick);
+    edit.ClickButton();
+    EXPECT_EQ(clicks, QList<int>{0});
+    EXPECT_EQ(signal.count(), 1);
+    edit.setEnabled(false);
+    edit.ClickButton();
+    EXPECT_EQ(clicks.size(), 1);
+}
+
+} // namespace

@@ -1,0 +1,282 @@
+// The data grid: lazy fetching, the current row both ways, display per kind, editing, footer, menu.
+
+#include "db_grid.h"
+#include "grid_column.h"
+#include "grid_model.h"
+#include "grid_summary.h"
+#include "grid_view.h"
+#include "toolkit_fixture.h"
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+class GridViewTest : public ToolkitTest
+{
+protected:
+    TDBGridView *View(TFIBDataSet *ds, bool show = true)
+    {
+        source = std::make_unique<TDataSource>(nullptr, ds);
+        auto *view = Keep(new TDBGridView);
+        view->SetDataSource(source.get());
+        for (int i = 0; i < ds->FieldCount(); ++i)
+            view->CreateColumn(ds->Fields(i)->FieldName());
+        if (show) {
+            view->resize(500, 300);
+            view->show();
+            QCoreApplication::processEvents();
+        }
+        return view;
+    }
+    TGridColumn *Column(TDBGridView *view, const char *field, TEditKind kind)
+    {
+        TGridColumn *column = view->FindColumnByFieldName(field);
+        column->Properties()->Kind = kind;
+        column->PropertiesChanged();
+        return column;
+    }
+    void TearDown() override
+    {
+        ToolkitTest::TearDown();
+        source.reset();
+    }
+    std::unique_ptr<TDataSource> source;
+};
+
+TEST_F(GridViewTest, FirstScreenFetchesOnlyWhatItShows)
+{
+    TpFIBDataSet *ds = Open("select * from MANY_ROWS(100000)");
+    TDBGridView *view = View(ds);
+    EXPECT_FALSE(ds->AllFetched());
+    EXPECT_EQ(view->RowCount(), ds->RecordCount());
+    EXPECT_GT(view->RowCount(), 300 / 22);
+    EXPECT_LE(view->RowCount(), 1 + 2 * view->Model()->FetchBatch);
+    EXPECT_TRUE(view->Model()->canFetchMore(QModelIndex()));
+
+    const int first = view->RowCount();
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
+    QCoreApplication::processEvents();
+    EXPECT_GT(view->RowCount(), first);
+    EXPECT_EQ(view->RowCount(), ds->RecordCount());
+    EXPECT_FALSE(ds->AllFetched());
+}
+
+TEST_F(GridViewTest, CurrentRowFollowsTheDataSetBothWays)
+{
+    TpFIBDataSet *ds = Open("select * from MANY_ROWS(1000)");
+    TDBGridView *view = View(ds);
+    EXPECT_EQ(view->currentIndex().row(), 0);
+
+    view->setCurrentIndex(view->Model()->index(5, 1));
+    EXPECT_EQ(ds->CurrentIndex(), 5);
+    EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 6);
+
+    ds->MoveTo(8);
+    EXPECT_EQ(view->currentIndex().row(), 8);
+    EXPECT_EQ(view->FocusedRowIndex(), 8);
+
+    // A search beyond the fetched rows brings them into the grid.
+    ASSERT_TRUE(ds->Locate("ID", 700));
+    EXPECT_GE(view->RowCount(), 700);
+    EXPECT_EQ(view->currentIndex().row(), 699);
+
+    view->SetFocusedRowIndex(20);
+    EXPECT_EQ(ds->CurrentIndex(), 20);
+    view->SetFocusedRowIndex(5000);
+    EXPECT_EQ(ds->CurrentIndex(), 20);
+}
+
+TEST_F(GridViewTest, ReopeningResetsTheRows)
+{
+    TpFIBDataSet *ds = Open("select * from MANY_ROWS(30)");
+    TDBGridView *view = View(ds);
+    ds->FetchAll();
+    EXPECT_EQ(view->RowCount(), 30);
+    ds->Close();
+    EXPECT_EQ(view->RowCount(), 0);
+    ds->Open();
+    EXPECT_EQ(view->RowCount(), ds->RecordCount());
+    EXPECT_EQ(view->currentIndex().row(), 0);
+}
+
+TEST_F(GridViewTest, EachKindShowsItsValuesItsOwnWay)
+{
+    TpFIBDataSet *kinds = Open("select * from KINDS");
+    TDataSource kindSource(nullptr, kinds);
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    TDBGridView *view = View(ds);
+
+    TGridColumn *price = Column(view, "PRICE", TEditKind::Currency);
+    price->Properties()->DisplayFormat = "###,##0.00";
+    TGridColumn *made = Column(view, "MADE_DATE", TEditKind::Date);
+    made->Properties()->DateKind = TDateKind::DateTime;
+    made->Properties()->DisplayFormat = "dd.mm.yyyy HH24:NN";
+    TGridColumn *paid = Column(view, "PAID_BIT", TEditKind::CheckBox);
+    TGridColumn *kind = Column(view, "KIND_ID", TEditKind::Lookup);
+    kind->Properties()->ListSource = &kindSource;
+    kind->Properties()->KeyFieldNames = "ID";
+    kind->Properties()->ListFieldNames = "KINDNAME";
+    ds->FetchAll();
+
+    EXPECT_EQ(view->DisplayText(0, view->FindColumnByFieldName("NAME")->Index()), "Масло 5W40");
+    EXPECT_EQ(view->DisplayText(0, price->Index()), "1,234.50");
+    EXPECT_EQ(view->DisplayText(1, price->Index()), "100.00");
+    EXPECT_EQ(view->DisplayText(2, price->Index()), "");
+    // Only d, m, y, h and n are fields: the hour is followed by a literal 24.
+    EXPECT_EQ(view->DisplayText(0, made->Index()), "05.03.2024 1424:07");
+    EXPECT_EQ(view->DisplayText(0, kind->Index()), "Масло");
+    EXPECT_EQ(view->DisplayText(1, kind->Index()), "Фильтр");
+    EXPECT_EQ(view->DisplayText(2, kind->Index()), "");
+    EXPECT_EQ(view->DisplayText(0, paid->Index()), "true");
+    EXPECT_EQ(view->DisplayText(1, paid->Index()), "false");
+    EXPECT_EQ(view->DisplayText(2, paid->Index()), "false");
+    TGridModel *model = view->Model();
+    EXPECT_EQ(model->data(model->index(0, paid->Index()), Qt::CheckStateRole).toInt(), Qt::Checked);
+    EXPECT_EQ(model->data(model->index(2, paid->Index()), Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    EXPECT_TRUE(model->data(model->index(0, price->Index()), Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
+
+    made->Properties()->DateKind = TDateKind::Date;
+    EXPECT_EQ(view->DisplayText(0, made->Index()), "05.03.2024");
+    made->Properties()->DateKind = TDateKind::DateTime;
+    made->Properties()->DisplayFormat = "dd.mm.yyyy HH:NN";
+    EXPECT_EQ(view->DisplayText(0, made->Index()), "05.03.2024 14:07");
+}
+
+TEST_F(GridViewTest, LookupTextsFollowTheirList)
+{
+    TpFIBDataSet *kinds = Open("select * from KINDS where ID = 1");
+    TDataSource kindSource(nullptr, kinds);
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    TDBGridView *view = View(ds);
+    TGridColumn *kind = Column(view, "KIND_ID", TEditKind::Lookup);
+    kind->Properties()->ListSource = &kindSource;
+    kind->Properties()->KeyFieldNames = "ID";
+    kind->Properties()->ListFieldNames = "KINDNAME";
+    ds->FetchAll();
+    EXPECT_EQ(view->DisplayText(1, kind->Index()), "");
+    kinds->Close();
+    kinds->SetSelectSQL("select * from KINDS");
+    kinds->Open();
+    EXPECT_EQ(view->DisplayText(1, kind->Index()), "Фильтр");
+}
+
+TEST_F(GridViewTest, ColumnsHideShowAndTakeTheirCaptions)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS");
+    TDBGridView *view = View(ds);
+    TGridColumn *id = view->FindColumnByFieldName("id");
+    ASSERT_NE(id, nullptr);
+    id->SetVisible(false);
+    EXPECT_TRUE(view->isColumnHidden(id->Index()));
+    id->SetVisible(true);
+    EXPECT_FALSE(view->isColumnHidden(id->Index()));
+    id->SetCaption("Код");
+    EXPECT_EQ(view->Model()->headerData(id->Index(), Qt::Horizontal, Qt::DisplayRole).toString(), "Код");
+    EXPECT_EQ(view->EmptyText, "Нет данных");
+}
+
+TEST_F(GridViewTest, ColumnsShareTheWidthInProportion)
+{
+    TpFIBDataSet *ds = Open("select ID, NAME from GOODS");
+    TDBGridView *view = View(ds);
+    view->Columns(0)->SetWidth(100);
+    view->Columns(1)->SetWidth(300);
+    const int total = view->columnWidth(0) + view->columnWidth(1);
+    EXPECT_NEAR(total, view->viewport()->width(), 2);
+    EXPECT_NEAR(view->columnWidth(1), 3 * view->columnWidth(0), 4);
+}
+
+TEST_F(GridViewTest, FooterSumsCoverEveryRow)
+{
+    TpFIBDataSet *ds = Open("select * from MANY_ROWS(500)");
+    TDBGrid *grid = Keep(new TDBGrid);
+    TDataSource src(nullptr, ds);
+    TDBGridView *view = grid->View();
+    view->SetDataSource(&src);
+    TGridColumn *id = view->CreateColumn("ID");
+    QSignalSpy after(view->Summary(), &TGridSummary::AfterSummary);
+    view->SetFooterVisible(true);
+    EXPECT_EQ(view->Summary()->Add(id, "#,##0.00"), 0);
+    EXPECT_TRUE(ds->AllFetched());
+    EXPECT_DOUBLE_EQ(view->Summary()->Sum(0).toDouble(), 500 * 501 / 2);
+    EXPECT_EQ(view->Summary()->Text(0), "125,250.00");
+    ds->Close();
+    EXPECT_FALSE(view->Summary()->Sum(0).isValid());
+    ds->Open();
+    EXPECT_DOUBLE_EQ(view->Summary()->Sum(0).toDouble(), 125250);
+    EXPECT_GE(after.count(), 3);
+    grid->show();
+    EXPECT_TRUE(grid->Footer()->isVisible());
+}
+
+TEST_F(GridViewTest, CellsAreEditedOnlyWhereAWindowAllowsIt)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    TDBGridView *view = View(ds);
+    TGridModel *model = view->Model();
+    TGridColumn *name = view->FindColumnByFieldName("NAME");
+    TGridColumn *paid = Column(view, "PAID_BIT", TEditKind::CheckBox);
+    const QModelIndex cell = model->index(1, name->Index());
+    EXPECT_FALSE(model->flags(cell) & Qt::ItemIsEditable);
+    view->SetEditing(true);
+    EXPECT_FALSE(model->flags(cell) & Qt::ItemIsEditable);
+    name->SetEditable(true);
+    EXPECT_TRUE(model->flags(cell) & Qt::ItemIsEditable);
+    EXPECT_FALSE(model->flags(model->index(1, view->FindColumnByFieldName("PRICE")->Index())) & Qt::ItemIsEditable);
+
+    QSignalSpy edited(view, &TDBGridView::EditValueChanged);
+    ASSERT_TRUE(model->setData(cell, "Фильтр масляный", Qt::EditRole));
+    EXPECT_EQ(ds->CurrentIndex(), 1);
+    EXPECT_EQ(ds->State(), dsEdit);
+    EXPECT_EQ(ds->FieldByName("NAME")->AsString(), "Фильтр масляный");
+    EXPECT_EQ(view->DisplayText(1, name->Index()), "Фильтр масляный");
+    QCoreApplication::processEvents();
+    ASSERT_EQ(edited.count(), 1);
+    EXPECT_EQ(edited[0][0].value<TGridColumn *>(), name);
+
+    paid->SetEditable(true);
+    const QModelIndex check = model->index(1, paid->Index());
+    EXPECT_TRUE(model->flags(check) & Qt::ItemIsUserCheckable);
+    ASSERT_TRUE(model->setData(check, Qt::Checked, Qt::CheckStateRole));
+    EXPECT_EQ(ds->FieldByName("PAID_BIT")->AsInteger(), 1);
+    ds->Post();
+    EXPECT_EQ(view->DisplayText(1, paid->Index()), "true");
+}
+
+TEST_F(GridViewTest, RefusedEditShowsTheErrorAndChangesNothing)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID", false);
+    TDBGridView *view = View(ds);
+    view->SetEditing(true);
+    TGridColumn *name = view->FindColumnByFieldName("NAME");
+    name->SetEditable(true);
+    EXPECT_FALSE(view->Model()->setData(view->Model()->index(0, name->Index()), "x", Qt::EditRole));
+    ASSERT_EQ(dialogs.Shown.size(), 1);
+    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Can't update."));
+    EXPECT_EQ(ds->State(), dsBrowse);
+}
+
+TEST_F(GridViewTest, RightClickShowsThePopupMenuAndDoubleClickIsTold)
+{
+    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
+    TDBGridView *view = View(ds);
+    QMenu menu;
+    menu.addAction("Экспорт в Excel");
+    view->SetPopupMenu(&menu);
+    const QPoint inside = view->visualRect(view->Model()->index(0, 1)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, inside, view->viewport()->mapToGlobal(inside));
+    QCoreApplication::sendEvent(view->viewport(), &event);
+    EXPECT_TRUE(menu.isVisible());
+    menu.hide();
+
+    QSignalSpy clicks(view, &TDBGridView::DblClick);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(view->Model()->index(1, 1)).center());
+    EXPECT_EQ(clicks.count(), 1);
+    EXPECT_EQ(ds->CurrentIndex(), 1);
+}
+
+} // namespace

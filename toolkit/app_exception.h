@@ -1,0 +1,14 @@
+#pragma once
+// What the application does with an exception that no window caught: the user reads its message.
+
+#include <QString>
+#include <exception>
+
+// The text a user reads for an exception: a database error's message, or the standard text.
+QString ExceptionMessage(const std::exception &error);
+// Class name of an exception as a window names it in its messages ("EFIBInterBaseError").
+QString ExceptionClassName(const std::exception &error);
+
+// Shows the message of the exception being handled in an error box; an EAbort shows nothing.
+// Call only inside a catch block.
+void HandleCurrentException();
