@@ -131,49 +131,7 @@ QWidget *TComplexFM::CreateEditor(QGroupBox *box, TGridColumn *column, const QSt
         TFieldNameGrammar::ApplyComplexCardSettings(*column->Properties(), kind);
         column->PropertiesChanged();
     }
-    QWidget *editor = nullptr;
-    switch (kind) {
-    case TCardEditor::Lookup: {
-        auto *e = new TDBLookupComboBox(this);
-        e->SetProperties(*column->Properties());
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastLookup = e;
-        break;
-    }
-    case TCardEditor::Memo: {
-        auto *e = new TDBMemo(this);
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastMemo = e;
-        break;
-    }
-    case TCardEditor::Button: {
-        auto *e = new TDBButtonEdit(this);
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastButton = e;
-        break;
-    }
-    case TCardEditor::DateTime:
-    case TCardEditor::Date: {
-        auto *e = new TDBDateEdit(this);
-        e->SetProperties(*column->Properties());
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastDate = e;
-        break;
-    }
-    case TCardEditor::Text: {
-        auto *e = new TDBTextEdit(this);
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastText = e;
-        break;
-    }
-    case TCardEditor::Currency: {
-        auto *e = new TDBCurrencyEdit(this);
-        e->SetProperties(*column->Properties());
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastCurrency = e;
-        break;
-    }
-    }
+    QWidget *editor = CreateBoundEditor(kind, fieldName, column ? column->Properties().get() : nullptr);
     editor->setObjectName(editorName);
     QFont font = editor->font();
     font.setPointSize(10);

@@ -20,7 +20,6 @@ public:
     // Where navigation starts on show; no card of the system sets it.
     QPointer<QWidget> FirstControl;
     QString CurrentField;
-    QPointer<QWidget> LastLookup, LastButton, LastDate, LastCurrency, LastMemo, LastText;
 
     // Empty; descendants call it from their own.
     virtual void FormCreate(QObject *sender);

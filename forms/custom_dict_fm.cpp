@@ -1,4 +1,5 @@
 #include "custom_dict_fm.h"
+#include "db_editors.h"
 
 #include "app_exception.h"
 #include "data_dm.h"
@@ -166,4 +167,28 @@ QLabel *TCustomDictFM::CreateLabel(QWidget *parent, const QString &caption, cons
     label->setText(caption);
     DoCreateLabel(label);
     return label;
+}
+
+QWidget *TCustomDictFM::CreateBoundEditor(TCardEditor kind, const QString &fieldName, const TEditProperties *properties)
+{
+    auto bind = [&](auto *editor, QPointer<QWidget> &last) {
+        editor->SetDataBinding(DataSource, fieldName);
+        last = editor;
+        return editor;
+    };
+    auto bindWithProperties = [&](auto *editor, QPointer<QWidget> &last) {
+        if (properties)
+            editor->SetProperties(*properties);
+        return bind(editor, last);
+    };
+    switch (kind) {
+    case TCardEditor::Lookup: return bindWithProperties(new TDBLookupComboBox(this), LastLookup);
+    case TCardEditor::Memo: return bind(new TDBMemo(this), LastMemo);
+    case TCardEditor::Button: return bind(new TDBButtonEdit(this), LastButton);
+    case TCardEditor::Date:
+    case TCardEditor::DateTime: return bindWithProperties(new TDBDateEdit(this), LastDate);
+    case TCardEditor::Currency: return bindWithProperties(new TDBCurrencyEdit(this), LastCurrency);
+    case TCardEditor::Text: break;
+    }
+    return bind(new TDBTextEdit(this), LastText);
 }

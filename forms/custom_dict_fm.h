@@ -3,6 +3,7 @@
 // and changed, saved through one stored procedure that takes the row's values by position.
 
 #include "fm_dialog.h"
+#include "field_name_grammar.h"
 
 #include "fib_datasource.h"
 #include "fib_errors.h"
@@ -39,6 +40,9 @@ public:
 
     TFIBDataSet *DataSet() const { return DataSource ? DataSource->DataSet() : nullptr; }
 
+    // The last editor made of each kind.
+    QPointer<QWidget> LastLookup, LastButton, LastDate, LastCurrency, LastMemo, LastText;
+
     virtual void CreateControls() = 0;
     virtual void DoCreateLabel(QLabel *label) = 0;
     virtual bool IsEnabled() = 0;
@@ -55,6 +59,12 @@ public:
     // The save; runs on OK.
     virtual void actOKExecute(QObject *sender);
     virtual void actCancelExecute(QObject *sender);
+protected:
+    // A data-bound editor of `kind` on the card's data source, taking a copy of `properties` where the
+    // kind has settings; remembered as the last editor of its kind.
+    QWidget *CreateBoundEditor(TCardEditor kind, const QString &fieldName, const TEditProperties *properties);
+
+public:
     // The text of a failed save procedure keeps the card open.
     void FIBQueryExecuteError(const EFIBError &error);
 

@@ -91,37 +91,7 @@ QWidget *TDictFM::CreateEditor(const QString &fieldName, TGridColumn *column)
         TFieldNameGrammar::ApplyDictCardSettings(*column->Properties(), kind);
         column->PropertiesChanged();
     }
-    QWidget *editor = nullptr;
-    switch (kind) {
-    case TCardEditor::Lookup: {
-        auto *e = new TDBLookupComboBox(this);
-        e->SetProperties(*column->Properties());
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastLookup = e;
-        break;
-    }
-    case TCardEditor::Currency: {
-        auto *e = new TDBCurrencyEdit(this);
-        e->SetProperties(*column->Properties());
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastCurrency = e;
-        break;
-    }
-    case TCardEditor::Date: {
-        auto *e = new TDBDateEdit(this);
-        e->SetProperties(*column->Properties());
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastDate = e;
-        break;
-    }
-    default: {
-        auto *e = new TDBTextEdit(this);
-        e->SetDataBinding(DataSource, fieldName);
-        editor = LastText = e;
-        break;
-    }
-    }
-    return editor;
+    return CreateBoundEditor(kind, fieldName, column ? column->Properties().get() : nullptr);
 }
 
 void TDictFM::CreateControls()

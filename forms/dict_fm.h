@@ -23,7 +23,6 @@ public:
     QString CurrentField;
     bool FieldEditable = true;
     // The last editor made of each kind.
-    QPointer<QWidget> LastLookup, LastButton, LastDate, LastCurrency, LastMemo, LastText;
 
     void CreateControls() override;
     void DoCreateLabel(QLabel *label) override;

@@ -1,4 +1,5 @@
 #include "fm_base.h"
+#include "filter_timer.h"
 
 #include "app_exception.h"
 
@@ -22,17 +23,7 @@ TfmBase::TfmBase(TMainWindowLink *mainWindow, QWidget *parent) : QWidget(parent)
     pnlMain->setPalette(palette);
     layout->addWidget(pnlMain);
     ActionList = new TActionList(this, QStringLiteral("ActionList"));
-    tmrFilter = new QTimer(this);
-    tmrFilter->setObjectName(QStringLiteral("tmrFilter"));
-    tmrFilter->setInterval(100);
-    connect(tmrFilter, &QTimer::timeout, this, [this] {
-        try {
-            tmrFilterTimer(tmrFilter);
-        } catch (...) {
-            tmrFilter->stop();
-            HandleCurrentException();
-        }
-    });
+    tmrFilter = CreateFilterTimer(this, [this](QTimer *timer) { tmrFilterTimer(timer); });
 }
 
 bool TfmBase::IsMdiChild() const

@@ -1,4 +1,5 @@
 #include "fm_dialog.h"
+#include "filter_timer.h"
 
 #include "app_exception.h"
 #include "fm_base.h"
@@ -198,17 +199,7 @@ TfmDialog::TfmDialog(int parameter, QWidget *parent) : TfmBaseSingleForm(paramet
     layout()->addWidget(Panel1);
     CancelButton = AdvGlowButton2;
 
-    tmrFilter = new QTimer(this);
-    tmrFilter->setObjectName(QStringLiteral("tmrFilter"));
-    tmrFilter->setInterval(100);
-    connect(tmrFilter, &QTimer::timeout, this, [this] {
-        try {
-            tmrFilterTimer(tmrFilter);
-        } catch (...) {
-            tmrFilter->stop();
-            HandleCurrentException();
-        }
-    });
+    tmrFilter = CreateFilterTimer(this, [this](QTimer *timer) { tmrFilterTimer(timer); });
 }
 
 bool TfmDialog::Execute()

@@ -49,7 +49,10 @@ QToolButton *toolButton(QToolBar *bar, const QString &name, TAction *action, QSt
     button->setDefaultAction(action);
     button->setFixedSize(40, 40);
     button->setIconSize(QSize(24, 24));
-    bar->addWidget(button);
+    // A hidden action hides its button as well: a tool bar shows or hides its entries, not their widgets.
+    QAction *entry = bar->addWidget(button);
+    entry->setVisible(action->isVisible());
+    QObject::connect(action, &QAction::changed, entry, [entry, action] { entry->setVisible(action->isVisible()); });
     return button;
 }
 
@@ -231,11 +234,7 @@ void TGridFrame::actAddExecute(QObject *)
         OnCreateCard();
     if (!CardForm)
         return;
-    struct CardRelease
-    {
-        TGridFrame *frame;
-        ~CardRelease() { frame->FreeCard(); }
-    } release{this};
+    const CardRelease release{this};
 
     CardForm->setWindowTitle(AddCaption);
     CardForm->SetEditMode(false);
@@ -267,36 +266,26 @@ void TGridFrame::actAddExecute(QObject *)
 
 void TGridFrame::actEditExecute(QObject *)
 {
+    ShowCardOfCurrentRow(EditCaption, true, false);
+}
+
+void TGridFrame::Test(QObject *)
+{
+    ShowCardOfCurrentRow(AddCaption, false, true);
+}
+
+void TGridFrame::ShowCardOfCurrentRow(const QString &caption, bool editMode, bool hideOk)
+{
     // Every frame whose edit can fire sets OnCreateCard.
     if (!CardForm)
         OnCreateCard();
     if (!CardForm)
         return;
-    struct CardRelease
-    {
-        TGridFrame *frame;
-        ~CardRelease() { frame->FreeCard(); }
-    } release{this};
-    CardForm->setWindowTitle(EditCaption);
-    CardForm->SetEditMode(true);
-    if (CardForm->ShowModal() == mrOk)
-        actRefresh->Execute();
-}
-
-void TGridFrame::Test(QObject *)
-{
-    if (!CardForm)
-        OnCreateCard();
-    if (!CardForm)
-        return;
-    struct CardRelease
-    {
-        TGridFrame *frame;
-        ~CardRelease() { frame->FreeCard(); }
-    } release{this};
-    CardForm->setWindowTitle(AddCaption);
-    CardForm->SetEditMode(false);
-    CardForm->AdvGlowButton1->hide();
+    const CardRelease release{this};
+    CardForm->setWindowTitle(caption);
+    CardForm->SetEditMode(editMode);
+    if (hideOk)
+        CardForm->AdvGlowButton1->hide();
     if (CardForm->ShowModal() == mrOk)
         actRefresh->Execute();
 }

@@ -83,6 +83,13 @@ public:
 private:
     // Frees the card of an operation, whatever way the operation ends.
     void FreeCard();
+    struct CardRelease
+    {
+        TGridFrame *frame;
+        ~CardRelease() { frame->FreeCard(); }
+    };
+    // The card on the current row; a save refreshes.
+    void ShowCardOfCurrentRow(const QString &caption, bool editMode, bool hideOk);
     void StartTransaction();
 
     QPointer<QWidget> m_owner;
