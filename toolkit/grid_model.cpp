@@ -219,6 +219,16 @@ void TGridModel::EndAppendColumn()
     endInsertColumns();
 }
 
+void TGridModel::BeginRemoveColumn(int column)
+{
+    beginRemoveColumns(QModelIndex(), column, column);
+}
+
+void TGridModel::EndRemoveColumn()
+{
+    endRemoveColumns();
+}
+
 void TGridModel::ColumnChanged(int column)
 {
     if (column < 0)

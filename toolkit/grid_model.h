@@ -46,6 +46,8 @@ public:
     // The view adds columns through these.
     void BeginAppendColumn();
     void EndAppendColumn();
+    void BeginRemoveColumn(int column);
+    void EndRemoveColumn();
     void ColumnChanged(int column);
 
 signals:

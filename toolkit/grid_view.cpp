@@ -104,6 +104,19 @@ TGridColumn *TDBGridView::CreateColumn(const QString &fieldName)
     return column;
 }
 
+void TDBGridView::DeleteColumn(TGridColumn *column)
+{
+    const int index = IndexOf(column);
+    if (index < 0)
+        return;
+    m_model->BeginRemoveColumn(index);
+    m_columns.removeAt(index);
+    m_model->EndRemoveColumn();
+    column->disconnect(this);
+    delete column;
+    emit ColumnsChanged();
+}
+
 TGridColumn *TDBGridView::FindColumnByFieldName(const QString &fieldName) const
 {
     for (TGridColumn *column : m_columns)

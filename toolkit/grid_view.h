@@ -31,6 +31,8 @@ public:
     TGridColumn *Columns(int index) const { return m_columns.value(index); }
     const QList<TGridColumn *> &ColumnList() const { return m_columns; }
     TGridColumn *CreateColumn(const QString &fieldName);
+    // Takes the column out of the view and frees it.
+    void DeleteColumn(TGridColumn *column);
     // The first column bound to the field; names compare without regard to case.
     TGridColumn *FindColumnByFieldName(const QString &fieldName) const;
     int IndexOf(const TGridColumn *column) const { return m_columns.indexOf(const_cast<TGridColumn *>(column)); }

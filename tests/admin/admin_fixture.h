@@ -1,0 +1,84 @@
+#pragma once
+// The administration windows over their own copy of the deployed database, logged in as the
+// administrator, with the column titles and labels of resources/kelvarion.ini beside the test binary.
+
+#include "forms_fixture.h"
+
+#include "custom_dict_fm.h"
+#include "db_editors.h"
+#include "grid_column.h"
+#include "grid_frame.h"
+#include "grid_model.h"
+#include "grid_view.h"
+#include "users_fm.h"
+
+#include <QLabel>
+#include <QTest>
+#include <memory>
+
+#include "type_text.h"
+
+class AdminTest : public FormsTest
+{
+protected:
+    void TearDown() override
+    {
+        users.reset();
+        FormsTest::TearDown();
+    }
+
+    // The users window, shown standing alone: its show refreshes all six grids.
+    TUsersFM *ShowUsers()
+    {
+        users = std::make_unique<TUsersFM>();
+        users->show();
+        return users.get();
+    }
+
+    // The row of a frame's dataset whose fields have the values given; -1 when there is none.
+    static int RowOf(TGridFrame *frame, const QVariantMap &values)
+    {
+        TFIBDataSet *ds = frame->DS->DataSet();
+        ds->FetchAll();
+        for (int row = 0; row < ds->RecordCount(); ++row) {
+            bool all = true;
+            for (auto it = values.begin(); it != values.end() && all; ++it)
+                all = ds->RowValue(row, ds->FieldByName(it.key())->Index()).toString() == it.value().toString();
+            if (all)
+                return row;
+        }
+        return -1;
+    }
+
+    static QString Shown(TGridFrame *frame, int row, const QString &fieldName)
+    {
+        return frame->GridView->DisplayText(row, frame->GridView->FindColumnByFieldName(fieldName)->Index());
+    }
+
+    // Lets queued notifications of the grids run (an edited cell is told after its editor let go).
+    static void Settle() { QTest::qWait(30); }
+
+    // Picks the row of a lookup editor by its shown text, as a user's choice from the list.
+    static void Pick(QWidget *editor, const QString &text)
+    {
+        auto *combo = dynamic_cast<TLookupComboBox *>(editor);
+        ASSERT_NE(combo, nullptr);
+        const int index = combo->findText(text);
+        ASSERT_GE(index, 0) << text.toStdString();
+        combo->setCurrentIndex(index);
+        emit combo->activated(index);
+    }
+
+    static QStringList LabelTexts(QWidget *card)
+    {
+        QStringList texts;
+        for (QLabel *label : card->findChildren<QLabel *>())
+            if (label->objectName().endsWith("_LBL"))
+                texts << label->text();
+        return texts;
+    }
+
+    int ActionId(const QString &key) { return Scalar("select ID from ACTIONS where TACTION = '" + key + "'").toInt(); }
+
+    std::unique_ptr<TUsersFM> users;
+};
