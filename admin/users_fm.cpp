@@ -1,5 +1,7 @@
 #include "users_fm.h"
 
+#include <QTimer>
+
 #include "data_dm.h"
 #include "dict_fm.h"
 #include "frame_settings.h"
@@ -76,6 +78,8 @@ void TUsersFM::FormCreate(QObject *sender)
 void TUsersFM::FormShow(QObject *sender)
 {
     TfmBase::FormShow(sender);
+    // Once the window has its final size.
+    QTimer::singleShot(0, this, [this] { FormResize(this); });
     for (const TFrameSettings &frame : std::as_const(m_frames))
         frame.Frame->actRefresh->Execute();
     frmRolesActions->GridView->SetCellSelect(true);
@@ -88,9 +92,11 @@ void TUsersFM::FormShow(QObject *sender)
 
 void TUsersFM::FormResize(QObject *)
 {
-    const int third = pnlMain->width() / 3;
-    ui->splTop->setSizes({third, third, qMax(1, ui->splTop->width() - 2 * third)});
-    const int rest = qMax(2, ui->splBottom->width() - third);
+    // The splitters may not have their final width yet while the window is laid out: go by the form's.
+    const int formWidth = qMax(pnlMain->width(), width());
+    const int third = formWidth / 3;
+    ui->splTop->setSizes({third, third, qMax(1, formWidth - 2 * third)});
+    const int rest = qMax(2, formWidth - third);
     ui->splBottom->setSizes({third, rest * 2 / 3, rest - rest * 2 / 3});
 }
 

@@ -20,7 +20,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QGuiApplication>
 #include <QMdiArea>
+#include <QScreen>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -455,8 +457,12 @@ void TMainFM::FormCreate(QObject *)
     FormStorage1.IniFileName = StorageFileName();
     FormStorage1.StoredProps = {QStringLiteral("edVal1.Text"), QStringLiteral("edVal2.Text"),
                                 QStringLiteral("edVal3.Text")};
-    if (!FormStorage1.Restore())
+    if (!FormStorage1.Restore()) {
+        // Without a window manager the maximised state means nothing: take the screen's size as well.
+        if (const QScreen *screen = QGuiApplication::primaryScreen())
+            setGeometry(screen->availableGeometry());
         setWindowState(Qt::WindowMaximized);
+    }
 }
 
 void TMainFM::FormShow(QObject *)
