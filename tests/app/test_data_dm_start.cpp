@@ -1,6 +1,6 @@
 // The data module's start: folders, "TRACE", creation, five tries, deployment and the commit at the end.
 #include "data_dm.h"
-#include "dialogs.h"
+#include "scripted_dialogs.h"
 #include "test_database.h"
 
 #include <QDir>
@@ -9,17 +9,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-class RecordingDialogs : public Dialogs
-{
-public:
-    QStringList Texts;
-    int Show(Kind, const QString &text, Buttons, const QString &) override
-    {
-        Texts << text;
-        return ResultOk;
-    }
-};
 
 // A per-user data folder and a program folder of the test's own, with small override scripts so that
 // a new database deploys in moments.
@@ -35,7 +24,7 @@ protected:
                                         "INSERT INTO CONFIG VALUES (1, 'ORDERSTEXT');\nCOMMIT;\n");
         writeOverride("script_proc.txt", "SET TERM ^ ;\nCREATE OR ALTER PROCEDURE spPing RETURNS (R integer) AS\n"
                                          "begin R = 1; end^\nSET TERM ; ^\nCOMMIT;\n");
-        Dialogs::Install(&dialogs);
+        dialogs.Install();
         ResetApplicationTerminate();
     }
 
@@ -70,7 +59,7 @@ protected:
     QTemporaryDir home;
     QTemporaryDir programDir;
     QString savedCwd;
-    RecordingDialogs dialogs;
+    ScriptedDialogs dialogs;
 };
 
 } // namespace
@@ -88,7 +77,7 @@ TEST_F(Start, FirstStartCreatesTheFoldersAndDeploysTheScripts)
         EXPECT_TRUE(dm.IsNewDatabase());
         EXPECT_TRUE(dm.pFIBDatabaseMain.Connected());
         EXPECT_EQ(dm.ConnectTries, 1);
-        EXPECT_TRUE(dialogs.Texts.isEmpty());
+        EXPECT_TRUE(dialogs.Texts().isEmpty());
         EXPECT_FALSE(ApplicationTerminateRequested());
         EXPECT_FALSE(QFileInfo::exists(dm.DocFolder));
         EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
@@ -125,7 +114,7 @@ TEST_F(Start, UpdateScriptRunsAfterTheOthersOnlyWhenItsFileExists)
 {
     writeOverride("script_update.txt", "INSERT INTO CONFIG VALUES (2, 'ДОБАВЛЕНО');\nCOMMIT;\n");
     TDataDM dm(nullptr, {"kelvarion"});
-    EXPECT_TRUE(dialogs.Texts.isEmpty());
+    EXPECT_TRUE(dialogs.Texts().isEmpty());
     EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
 }
 
@@ -135,8 +124,8 @@ TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
                                     "CREATE TABLE LATER (ID integer);\n");
     {
         TDataDM dm(nullptr, {"kelvarion"});
-        ASSERT_EQ(dialogs.Texts.size(), 1);
-        EXPECT_EQ(dialogs.Texts[0], "E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\n"
+        ASSERT_EQ(dialogs.Texts().size(), 1);
+        EXPECT_EQ(dialogs.Texts()[0], "E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\n"
                                     "Обратитесь к системному администратору.");
         EXPECT_TRUE(ApplicationTerminateRequested());
         EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_tab.txt ")) << dm.LastScriptError().toStdString();
@@ -146,11 +135,11 @@ TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
         EXPECT_EQ(count(dm, "select count(*) from rdb$procedures where rdb$procedure_name = 'SPPING'"), 0);
     }
     // The half-made file is opened as it is at the next start.
-    dialogs.Texts.clear();
+    dialogs.Clear();
     ResetApplicationTerminate();
     TDataDM dm(nullptr, {"kelvarion"});
     EXPECT_FALSE(dm.IsNewDatabase());
-    EXPECT_TRUE(dialogs.Texts.isEmpty());
+    EXPECT_TRUE(dialogs.Texts().isEmpty());
 }
 
 TEST_F(Start, UnattachableFileIsTriedFiveTimesWithOneMessage)
@@ -165,8 +154,8 @@ TEST_F(Start, UnattachableFileIsTriedFiveTimesWithOneMessage)
     EXPECT_EQ(dm.ConnectTries, 5);
     EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
     EXPECT_FALSE(dm.IsNewDatabase());
-    ASSERT_EQ(dialogs.Texts.size(), 1);
-    EXPECT_TRUE(dialogs.Texts[0].startsWith("E1001: "));
+    ASSERT_EQ(dialogs.Texts().size(), 1);
+    EXPECT_TRUE(dialogs.Texts()[0].startsWith("E1001: "));
     EXPECT_TRUE(ApplicationTerminateRequested());
 }
 
@@ -178,8 +167,8 @@ TEST_F(Start, FolderThatCannotBeCreatedEndsInE1001)
     qputenv("XDG_DATA_HOME", home.filePath("blocked").toLocal8Bit());
     TDataDM dm(nullptr, {"kelvarion"});
     EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
-    ASSERT_EQ(dialogs.Texts.size(), 1);
-    EXPECT_TRUE(dialogs.Texts[0].startsWith("E1001: "));
+    ASSERT_EQ(dialogs.Texts().size(), 1);
+    EXPECT_TRUE(dialogs.Texts()[0].startsWith("E1001: "));
     EXPECT_TRUE(ApplicationTerminateRequested());
 }
 

@@ -9,7 +9,7 @@
 #include "modal_driver.h"
 #include "recording_shell.h"
 #include "scripted_dialogs.h"
-#include "test_database.h"
+#include "data_module_copy.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -25,16 +25,9 @@ class AppWindowsTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        // First, as it sets and restores the variable itself and installs dialogs of its own.
-        const QString deployed = DeployedTemplatePath();
-        dialogs.Install();
         dataHome = home.path() + "/share";
-        qputenv("XDG_DATA_HOME", dataHome.toLocal8Bit());
-        const QString dbPath = dataHome + "/Kelvarion/db/database.fdb";
-        ASSERT_TRUE(QDir().mkpath(dataHome + "/Kelvarion/db"));
-        ASSERT_TRUE(QFile::copy(deployed, dbPath));
-        QFile::setPermissions(dbPath, QFile::ReadOwner | QFile::WriteOwner);
-        ResetApplicationTerminate();
+        PrepareDataHome(dataHome);
+        dialogs.Install();
         CurrentUserId = 0;
         CurrentRoleId = 0;
         CurrentUserName.clear();
@@ -52,8 +45,7 @@ protected:
         delete LoginFM;
         LoginFM = nullptr;
         dm.reset();
-        ResetApplicationTerminate();
-        qunsetenv("XDG_DATA_HOME");
+        ForgetDataHome();
     }
 
     // A main window whose update check is already done, so that no test goes to the network by chance.
@@ -67,16 +59,7 @@ protected:
         return *mainWindow;
     }
 
-    // Runs a statement in the module's transaction.
-    void Exec(const QString &sql)
-    {
-        dm->pFIBTransaction1.StartTransaction();
-        TpFIBQuery q;
-        q.SetDatabase(&dm->pFIBDatabaseMain);
-        q.SetTransaction(&dm->pFIBTransaction1);
-        q.SetSQLText(sql);
-        q.ExecQuery();
-    }
+    void Exec(const QString &sql) { ExecIn(*dm, sql); }
 
     // Picks the user of that ID in the login list, as a click in the list would.
     static bool PickUser(TLoginFM &login, int id)

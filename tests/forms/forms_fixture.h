@@ -6,10 +6,8 @@
 #include "modal_driver.h"
 #include "recording_shell.h"
 #include "scripted_dialogs.h"
-#include "test_database.h"
+#include "data_module_copy.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
@@ -19,15 +17,8 @@ class FormsTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        // First, as it sets and restores the variable itself and installs dialogs of its own.
-        const QString deployed = DeployedTemplatePath();
+        PrepareDataHome(home.path());
         dialogs.Install();
-        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-        const QString dbPath = home.path() + "/Kelvarion/db/database.fdb";
-        ASSERT_TRUE(QDir().mkpath(home.path() + "/Kelvarion/db"));
-        ASSERT_TRUE(QFile::copy(deployed, dbPath));
-        QFile::setPermissions(dbPath, QFile::ReadOwner | QFile::WriteOwner);
-        ResetApplicationTerminate();
         dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"});
         ASSERT_TRUE(dm->pFIBDatabaseMain.Connected());
         ASSERT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
@@ -39,34 +30,12 @@ protected:
     void TearDown() override
     {
         dm.reset();
-        ResetApplicationTerminate();
-        qunsetenv("XDG_DATA_HOME");
+        ForgetDataHome();
     }
 
-    // Runs a statement in the module's transaction.
-    void Exec(const QString &sql)
-    {
-        dm->pFIBTransaction1.StartTransaction();
-        TpFIBQuery q;
-        q.SetDatabase(&dm->pFIBDatabaseMain);
-        q.SetTransaction(&dm->pFIBTransaction1);
-        q.SetSQLText(sql);
-        q.ExecQuery();
-    }
+    void Exec(const QString &sql) { ExecIn(*dm, sql); }
 
-    // First column of the first row, or an invalid value when there is none.
-    QVariant Scalar(const QString &sql)
-    {
-        dm->pFIBTransaction1.StartTransaction();
-        TpFIBQuery q;
-        q.SetDatabase(&dm->pFIBDatabaseMain);
-        q.SetTransaction(&dm->pFIBTransaction1);
-        q.SetSQLText(sql);
-        q.ExecQuery();
-        if (!q.Next())
-            return QVariant();
-        return q.Fields(0).AsVariant();
-    }
+    QVariant Scalar(const QString &sql) { return ScalarIn(*dm, sql); }
 
     int Count(const QString &table) { return Scalar("select count(*) from " + table).toInt(); }
 

@@ -1,7 +1,7 @@
 #include "test_database.h"
 
 #include "data_dm.h"
-#include "dialogs.h"
+#include "scripted_dialogs.h"
 
 #include <QFile>
 #include <QMutex>
@@ -77,22 +77,6 @@ QVariant TestDatabase::Scalar(const QString &sql)
     return q->Fields(0).AsVariant();
 }
 
-namespace {
-
-// Records what the data module would have shown.
-class SilentDialogs : public Dialogs
-{
-public:
-    QStringList Texts;
-    int Show(Kind, const QString &text, Buttons, const QString &) override
-    {
-        Texts << text;
-        return ResultOk;
-    }
-};
-
-} // namespace
-
 QString DeployedTemplatePath()
 {
     static QTemporaryDir home;
@@ -101,17 +85,15 @@ QString DeployedTemplatePath()
         return path;
     const QByteArray savedHome = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    SilentDialogs dialogs;
-    Dialogs::Install(&dialogs);
+    ScriptedDialogs dialogs;
     QString error;
     {
         TDataDM dm(nullptr, {QStringLiteral("kelvarion")});
-        if (!dm.IsNewDatabase() || !dialogs.Texts.isEmpty())
-            error = dm.LastScriptError() + dialogs.Texts.join(QLatin1Char('\n'));
+        if (!dm.IsNewDatabase() || !dialogs.Texts().isEmpty())
+            error = dm.LastScriptError() + dialogs.Texts().join(QLatin1Char('\n'));
         path = dm.DbFileName;
         dm.pFIBTransaction1.StartTransaction();
     } // the data module commits and disconnects here
-    Dialogs::Install(nullptr);
     ResetApplicationTerminate();
     if (savedHome.isEmpty())
         qunsetenv("XDG_DATA_HOME");
