@@ -2,62 +2,22 @@
 // and opening that select (which must fetch only the first row).
 #include "fib_dataset.h"
 #include "fib_library.h"
+#include "orders_table.h"
 
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <memory>
 
 namespace {
 
-constexpr int kRows = 100000;
+constexpr int kRows = OrdersTable::Rows;
 const char *const kSelect = "select ID, NUM, ORDER_DATE, CUSTNAME, REG, SUMORDER, SUMPAY, STATE, COMMENT from ORDERS";
 
-struct Fixture
-{
-    QTemporaryDir dir;
-    TpFIBDatabase db;
-    TpFIBTransaction tr;
-
-    Fixture()
-    {
-        db.SQLDialect = 1;
-        db.DBName = dir.filePath("bench.fdb");
-        tr.SetDefaultDatabase(&db);
-        db.CreateDatabase();
-        run("create table ORDERS (ID integer not null primary key, NUM varchar(32), ORDER_DATE date, "
-            "CUSTNAME varchar(255), REG varchar(32), SUMORDER float, SUMPAY float, STATE integer, "
-            "COMMENT varchar(1024))");
-        run("execute block as declare i integer = 1; begin while (i <= 100000) do begin "
-            "insert into ORDERS values (:i, 'P-' || (80000 + :i), '01.01.2026', 'Иванов Иван Иванович ' || :i, "
-            "'А' || :i || 'ВС77', :i * 10.5, :i * 3.25, mod(:i, 6) + 1, 'Замена масла и фильтров'); "
-            "i = i + 1; end end");
-        tr.Commit();
-        tr.StartTransaction();
-    }
-
-    void run(const char *sql)
-    {
-        tr.StartTransaction();
-        TpFIBQuery q;
-        q.SetDatabase(&db);
-        q.SetTransaction(&tr);
-        q.SetSQLText(QString::fromUtf8(sql));
-        q.ExecQuery();
-        if (q.IsDDL())
-            tr.Commit();
-    }
-};
-
-Fixture &fixture()
-{
-    static Fixture f;
-    return f;
-}
+OrdersTable &fixture() { return OrdersTable::Instance(); }
 
 // The reference: prepare once, then execute and fetch every row into the descriptor's buffers.
 void BM_BareFetchLoop(benchmark::State &state)
 {
-    Fixture &f = fixture();
+    OrdersTable &f = fixture();
     TFIBClientLibrary &fb = TFIBClientLibrary::Load();
     ISC_STATUS_ARRAY st{};
     isc_stmt_handle stmt = 0;
@@ -90,7 +50,7 @@ void BM_BareFetchLoop(benchmark::State &state)
 
 void BM_DataSetFetchAll(benchmark::State &state)
 {
-    Fixture &f = fixture();
+    OrdersTable &f = fixture();
     TpFIBDataSet ds;
     ds.SetDatabase(&f.db);
     ds.SetTransaction(&f.tr);
@@ -106,7 +66,7 @@ void BM_DataSetFetchAll(benchmark::State &state)
 
 void BM_DataSetOpen(benchmark::State &state)
 {
-    Fixture &f = fixture();
+    OrdersTable &f = fixture();
     TpFIBDataSet ds;
     ds.SetDatabase(&f.db);
     ds.SetTransaction(&f.tr);

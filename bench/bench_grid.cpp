@@ -4,16 +4,16 @@
 #include "fib_dataset.h"
 #include "grid_frame.h"
 #include "grid_view.h"
+#include "orders_table.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
 namespace {
 
-constexpr int kRows = 100000;
+constexpr int kRows = OrdersTable::Rows;
 
 // Peak and present resident memory of the process, in kB.
 double statusKb(const char *key)
@@ -27,45 +27,19 @@ double statusKb(const char *key)
     return 0;
 }
 
+// The table and the journal's dataset over it.
 struct Fixture
 {
-    QTemporaryDir dir;
-    TpFIBDatabase db;
-    TpFIBTransaction tr;
+    OrdersTable &table = OrdersTable::Instance();
     TpFIBDataSet orders;
 
     Fixture()
     {
-        db.SQLDialect = 1;
-        db.DBName = dir.filePath("bench.fdb");
-        tr.SetDefaultDatabase(&db);
-        db.CreateDatabase();
-        run("create table ORDERS (ID integer not null primary key, NUM varchar(32), ORDER_DATE date, "
-            "CUSTNAME varchar(255), REG varchar(32), SUMORDER float, SUMPAY float, PAID_BIT integer, "
-            "COMMENT varchar(1024))");
-        run("execute block as declare i integer = 1; begin while (i <= 100000) do begin "
-            "insert into ORDERS values (:i, 'P-' || (80000 + :i), '01.01.2026', 'Иванов Иван Иванович ' || :i, "
-            "'А' || :i || 'ВС77', :i * 10.5, :i * 3.25, mod(:i, 2), 'Замена масла и фильтров'); "
-            "i = i + 1; end end");
-        tr.Commit();
-        tr.StartTransaction();
         orders.setObjectName(QStringLiteral("spOrdersOpen"));
-        orders.SetDatabase(&db);
-        orders.SetTransaction(&tr);
+        orders.SetDatabase(&table.db);
+        orders.SetTransaction(&table.tr);
         orders.SetSelectSQL(QStringLiteral("select ID, NUM, ORDER_DATE, CUSTNAME, REG, SUMORDER, SUMPAY, PAID_BIT, "
                                            "COMMENT from ORDERS order by ID"));
-    }
-
-    void run(const char *sql)
-    {
-        tr.StartTransaction();
-        TpFIBQuery q;
-        q.SetDatabase(&db);
-        q.SetTransaction(&tr);
-        q.SetSQLText(QString::fromUtf8(sql));
-        q.ExecQuery();
-        if (q.IsDDL())
-            tr.Commit();
     }
 };
 
