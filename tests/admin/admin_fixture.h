@@ -5,18 +5,19 @@
 #include "forms_fixture.h"
 
 #include "custom_dict_fm.h"
-#include "db_editors.h"
 #include "grid_column.h"
 #include "grid_frame.h"
 #include "grid_model.h"
 #include "grid_view.h"
+#include "lookup_combo_box.h"
+#include "rights_grid.h"
+#include "type_text.h"
 #include "users_fm.h"
 
 #include <QLabel>
+#include <QRegularExpression>
 #include <QTest>
 #include <memory>
-
-#include "type_text.h"
 
 class AdminTest : public FormsTest
 {
@@ -27,7 +28,7 @@ protected:
         FormsTest::TearDown();
     }
 
-    // The users window, shown standing alone: its show refreshes all six grids.
+    // Standing alone: its show refreshes all six grids.
     TUsersFM *ShowUsers()
     {
         users = std::make_unique<TUsersFM>();
@@ -50,9 +51,18 @@ protected:
         return -1;
     }
 
-    static QString Shown(TGridFrame *frame, int row, const QString &fieldName)
+    // The right a grid of rights shows in that row.
+    static QString ShownRight(TGridFrame *frame, int row)
     {
-        return frame->GridView->DisplayText(row, frame->GridView->FindColumnByFieldName(fieldName)->Index());
+        return frame->GridView->DisplayText(row, frame->GridView->FindColumnByFieldName(TRightsGrid::RightColumn)->Index());
+    }
+    // Sets the right of that row as an edit of the cell would, and lets the queued save run.
+    static void SetRight(TGridFrame *frame, int row, int right)
+    {
+        TDBGridView *view = frame->GridView;
+        const int column = view->FindColumnByFieldName(TRightsGrid::RightColumn)->Index();
+        EXPECT_TRUE(view->Model()->setData(view->Model()->index(row, column), right, Qt::EditRole));
+        Settle();
     }
 
     // Lets queued notifications of the grids run (an edited cell is told after its editor let go).
@@ -77,8 +87,14 @@ protected:
                 texts << label->text();
         return texts;
     }
+    // The texts without a Russian letter.
+    static QStringList NotRussian(const QStringList &texts) { return texts.filter(QRegularExpression("^[^А-Яа-яЁё]*$")); }
 
     int ActionId(const QString &key) { return Scalar("select ID from ACTIONS where TACTION = '" + key + "'").toInt(); }
+    int RightOf(int role, int action)
+    {
+        return Scalar(QString("select ID_RIGHTS from ROLES_ACTIONS where ID_ROLE = %1 and ID_ACTION = %2").arg(role).arg(action)).toInt();
+    }
 
     std::unique_ptr<TUsersFM> users;
 };

@@ -1,18 +1,18 @@
 #pragma once
-// The program's own windows over a copy of the deployed database: a data module, the kept login dialog,
-// dialogs answered from a script, a shell that opens nothing, and the per-user folder in a temporary place.
+// The program's own windows over a copy of the deployed database, with the kept login dialog and the
+// per-user folder in a temporary place.
 
 #include "data_dm.h"
+#include "data_module_copy.h"
 #include "login_fm.h"
 #include "lookup_combo_box.h"
 #include "main_fm.h"
 #include "modal_driver.h"
 #include "recording_shell.h"
 #include "scripted_dialogs.h"
-#include "data_module_copy.h"
+#include "type_text.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -25,11 +25,11 @@ class AppWindowsTest : public ::testing::Test
 protected:
     void SetUp() override
     {
+        // A sub-folder, so that the ini glued to the folder's name stays inside the temporary one.
         dataHome = home.path() + "/share";
         PrepareDataHome(dataHome);
         dialogs.Install();
-        CurrentUserId = 0;
-        CurrentRoleId = 0;
+        CurrentUserId = CurrentRoleId = 0;
         CurrentUserName.clear();
         CurrentRoleName = QVariant();
         dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"});
@@ -48,41 +48,53 @@ protected:
         ForgetDataHome();
     }
 
-    // A main window whose update check is already done, so that no test goes to the network by chance.
+    // Its update check is already done, so that no test goes to the network by chance.
     TMainFM &NewMain(const QStringList &arguments = {"kelvarion"})
     {
         mainWindow.reset();
         mainWindow = std::make_unique<TMainFM>(arguments);
         mainWindow->UpdateCheck.MarkerPath = home.path() + "/chkupd";
-        QFile marker(mainWindow->UpdateCheck.MarkerPath);
-        marker.open(QIODevice::WriteOnly);
+        QFile(mainWindow->UpdateCheck.MarkerPath).open(QIODevice::WriteOnly);
         return *mainWindow;
     }
 
     void Exec(const QString &sql) { ExecIn(*dm, sql); }
-
-    // Picks the user of that ID in the login list, as a click in the list would.
-    static bool PickUser(TLoginFM &login, int id)
+    void SetPassword(int userId, const QString &password)
     {
-        for (int i = 0; i < login.cxUserName->count(); ++i) {
-            if (login.cxUserName->itemData(i).toInt() == id) {
-                login.cxUserName->setCurrentIndex(i);
-                emit login.cxUserName->activated(i);
+        Exec(QString("update USERS set PASSWORD = '%1' where ID = %2").arg(TDataDM::MD5(password)).arg(userId));
+    }
+
+    static QString Session()
+    {
+        return QString("%1 %2 %3 %4").arg(CurrentUserId).arg(CurrentUserName).arg(CurrentRoleId).arg(CurrentRoleName.toString());
+    }
+
+    // As a click in the login list would.
+    static bool PickUser(int id)
+    {
+        for (int i = 0; i < LoginFM->cxUserName->count(); ++i) {
+            if (LoginFM->cxUserName->itemData(i).toInt() == id) {
+                LoginFM->cxUserName->setCurrentIndex(i);
+                emit LoginFM->cxUserName->activated(i);
                 return true;
             }
         }
         return false;
     }
-
-    static QStringList OfferedUsers(TLoginFM &login)
+    // A step on the login dialog: picks the user (unless 0), types the password (unless null), then
+    // logs in or cancels.
+    static ModalDriver::Step Login(int id, const QString &password = QString(), bool ok = true)
     {
-        QStringList names;
-        for (int i = 0; i < login.cxUserName->count(); ++i)
-            names << login.cxUserName->itemText(i);
-        return names;
+        return [=](QWidget *modal) {
+            EXPECT_EQ(modal, LoginFM);
+            EXPECT_TRUE(id == 0 || PickUser(id));
+            if (!password.isNull())
+                TypeText(LoginFM->cxPassword, password);
+            (ok ? LoginFM->AdvGlowButton1 : LoginFM->AdvGlowButton2)->click();
+        };
     }
 
-    // The child windows of the frame that are not closed, in the order of their creation.
+    // The child windows not closed, in the order of their creation.
     static QList<QWidget *> Children(TMainFM &mainForm)
     {
         QList<QWidget *> windows;

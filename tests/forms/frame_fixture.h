@@ -1,16 +1,18 @@
 #pragma once
 // A child window holding one grid frame over a dataset, with the generated card as its card.
 
+#include "captions_file.h"
 #include "dict_fm.h"
 #include "fm_base.h"
 #include "forms_fixture.h"
-#include "grid_frame.h"
 #include "grid_column.h"
+#include "grid_frame.h"
 #include "grid_view.h"
 
 #include <QFile>
 #include <QGroupBox>
 #include <QVBoxLayout>
+#include <vector>
 
 class FrameTest : public FormsTest
 {
@@ -18,6 +20,7 @@ protected:
     void TearDown() override
     {
         form.reset();
+        own.clear();
         FormsTest::TearDown();
     }
 
@@ -42,6 +45,19 @@ protected:
         return frame;
     }
 
+    // A dataset of the module's connection, freed after the window; its update statement changes nothing.
+    TpFIBDataSet *Own(const QString &name, const QString &select)
+    {
+        own.push_back(std::make_unique<TpFIBDataSet>());
+        TpFIBDataSet *ds = own.back().get();
+        ds->setObjectName(name);
+        ds->SetDatabase(&dm->pFIBDatabaseMain);
+        ds->SetTransaction(&dm->pFIBTransaction1);
+        ds->SetSelectSQL(select);
+        ds->UpdateSQL = "update ROLES set ROLENAME = ROLENAME where ID = :OLD_ID";
+        return ds;
+    }
+
     // Values of a column over the rows fetched so far.
     QStringList Shown(const QString &fieldName)
     {
@@ -52,9 +68,21 @@ protected:
         return texts;
     }
 
+    // The grid's columns, by field name or by caption.
+    QStringList Columns(bool captions = false)
+    {
+        QStringList names;
+        for (TGridColumn *column : frame->GridView->ColumnList())
+            names << (captions ? column->Caption() : column->FieldName());
+        return names;
+    }
+
     std::unique_ptr<TfmBase> form;
     TGridFrame *frame = nullptr;
+    std::vector<std::unique_ptr<TpFIBDataSet>> own;
 };
+
+inline QWidget *Child(const QObject *parent, const QString &name) { return parent->findChild<QWidget *>(name); }
 
 // Writes the captions file beside the test executable for its lifetime.
 class CaptionsFileGuard
@@ -62,10 +90,9 @@ class CaptionsFileGuard
 public:
     explicit CaptionsFileGuard(const QString &text)
     {
-        QFile file(TCaptionsFileName());
+        QFile file(TCaptionsFile::FileName());
         file.open(QIODevice::WriteOnly | QIODevice::Truncate);
         file.write(text.toUtf8());
     }
-    ~CaptionsFileGuard() { QFile::remove(TCaptionsFileName()); }
-    static QString TCaptionsFileName();
+    ~CaptionsFileGuard() { QFile::remove(TCaptionsFile::FileName()); }
 };

@@ -1,60 +1,19 @@
 // Column titles from the ini file beside the executable.
 
-#include "captions_file.h"
 #include "frame_fixture.h"
-#include "grid_column.h"
-
-#include <QCoreApplication>
-#include <QFileInfo>
 
 namespace {
 
-class GridCaptionsTest : public FrameTest
-{
-protected:
-    QStringList Captions()
-    {
-        QStringList captions;
-        for (TGridColumn *column : frame->GridView->ColumnList())
-            captions << column->Caption();
-        return captions;
-    }
-};
+using GridCaptionsTest = FrameTest;
 
-TEST(CaptionsFile, LiesBesideTheExecutableUnderItsName)
+TEST_F(GridCaptionsTest, TitlesComeFromTheSectionOfTheOwnerFormAndFrame)
 {
-    const QFileInfo executable(QCoreApplication::applicationFilePath());
-    EXPECT_EQ(TCaptionsFile::FileName(),
-              executable.absolutePath() + "/" + executable.completeBaseName() + ".ini");
-}
-
-TEST_F(GridCaptionsTest, TitlesComeFromTheSectionOfFormAndFrame)
-{
-    CaptionsFileGuard ini("[CaptionFM.frmUsers]\n"
-                          "USERNAME=Пользователь\n"
-                          "ID_ROLE_LKP_ROLES_F_ROLENAME=Роль\n"
-                          "ID=Код\n"
-                          "[OtherFM.frmUsers]\n"
-                          "USER_FULL_NAME=Чужое\n");
-    MakeFrame("CaptionFM", "frmUsers", &dm->spUsersOpen, "spUsers");
-    frame->actRefresh->Execute();
-    EXPECT_EQ(Captions(), QStringList({"Код", "Пользователь", "PASSWORD", "Роль", "USER_FULL_NAME", "SYS_CREATE_DATE",
-                                       "STATE"}));
-}
-
-TEST_F(GridCaptionsTest, WithoutTheFileColumnsShowTheirFieldNames)
-{
-    QFile::remove(TCaptionsFile::FileName());
-    MakeFrame("CaptionFM", "frmUsers", &dm->spUsersOpen, "spUsers");
-    frame->actRefresh->Execute();
-    EXPECT_EQ(Captions(), QStringList({"ID", "USERNAME", "PASSWORD", "ID_ROLE", "USER_FULL_NAME", "SYS_CREATE_DATE",
-                                       "STATE"}));
-}
-
-TEST_F(GridCaptionsTest, TheOwnerFormNamesTheSection)
-{
-    CaptionsFileGuard ini("[OwnerFM.frmUsers]\nUSERNAME=Логин\n");
-    MakeFrame("CaptionFM", "frmUsers", &dm->spUsersOpen, "spUsers");
+    CaptionsFileGuard ini("[CaptionFM.frmUsers]\nUSERNAME=Пользователь\nID_ROLE_LKP_ROLES_F_ROLENAME=Роль\nID=Код\n"
+                          "[OtherFM.frmUsers]\nUSER_FULL_NAME=Чужое\n"
+                          "[OwnerFM.frmUsers]\nUSERNAME=Логин\n");
+    MakeFrame("CaptionFM", "frmUsers", &dm->spUsersOpen, "spUsers")->actRefresh->Execute();
+    EXPECT_EQ(Columns(true), QStringList({"Код", "Пользователь", "PASSWORD", "Роль", "USER_FULL_NAME",
+                                          "SYS_CREATE_DATE", "STATE"}));
     QWidget owner;
     owner.setObjectName("OwnerFM");
     frame->SetOwnerForm(&owner);
@@ -64,14 +23,10 @@ TEST_F(GridCaptionsTest, TheOwnerFormNamesTheSection)
 
 TEST_F(GridCaptionsTest, WrittenCaptionsReadBackTheSame)
 {
-    MakeFrame("CaptionFM", "frmRoles", &dm->spRolesOpen, "spRoles");
-    frame->actRefresh->Execute();
+    MakeFrame("CaptionFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
     frame->GridView->FindColumnByFieldName("ROLENAME")->SetCaption("Название");
     frame->WriteColumnCaption(nullptr);
-    {
-        TCaptionsFile file;
-        EXPECT_EQ(file.Read("CaptionFM.frmRoles", "ROLENAME", QString()), "Название");
-    }
+    EXPECT_EQ(TCaptionsFile().Read("CaptionFM.frmRoles", "ROLENAME", QString()), "Название");
     QFile::remove(TCaptionsFile::FileName());
 }
 

@@ -9,36 +9,31 @@ namespace {
 class GridRightsTest : public FrameTest
 {
 protected:
-    // A new role whose right on the frame's action is `right` (1 forbidden … 4 full access).
-    qint32 RoleWithRight(const QString &key, int right)
+    qint32 NewRole()
     {
-        TpFIBQuery q;
-        q.SetDatabase(&dm->pFIBDatabaseMain);
-        q.SetTransaction(&dm->pFIBTransaction1);
-        q.ExecProcedure("spRolesEmpty");
-        const qint32 role = q.Fields(0).AsInteger();
-        const QVariant action = Scalar("select ID from ACTIONS where TACTION = '" + key + "'");
+        dm->Query.ExecProcedure("spRolesEmpty");
+        return dm->Query.Fields(0).AsInteger();
+    }
+
+    // A new role whose right on the test frame is `right` (1 forbidden … 4 full access).
+    qint32 RoleWithRight(int right)
+    {
+        const qint32 role = NewRole();
+        const QVariant action = Scalar("select ID from ACTIONS where TACTION = 'RightsFM.frmRightsTest'");
         EXPECT_TRUE(action.isValid());
-        q.ExecProcedure("spRolesActionsEdit", {QVariant(), role, action, right});
+        dm->Query.ExecProcedure("spRolesActionsEdit", {QVariant(), role, action, right});
         return role;
     }
 
-    // The frame after its first refresh through the action, for the role given.
-    TGridFrame *FrameForRole(qint32 role)
+    // A new test frame after its first refresh, for the role given; the first one registers the frame.
+    void FrameForRole(qint32 role)
     {
         MakeFrame("RightsFM", "frmRightsTest", &dm->spRolesOpen, "spRoles", "Проверка прав");
         CurrentRoleId = role;
         frame->actRefresh->Execute();
-        return frame;
     }
 
-    // Registers the frame's key under the administrator, as the first run of the window would.
-    void Register()
-    {
-        FrameForRole(1);
-        form.reset();
-    }
-
+    // Refresh, add, edit, delete: 1 enabled, 0 not.
     QString Enabled()
     {
         QString s;
@@ -48,57 +43,39 @@ protected:
     }
 };
 
-TEST_F(GridRightsTest, ViewRightShowsDataAndAllowsNothingElse)
+TEST_F(GridRightsTest, EachRightEnablesItsActions)
 {
-    Register();
-    FrameForRole(RoleWithRight("RightsFM.frmRightsTest", 2));
-    EXPECT_EQ(Enabled(), "1000");
-    EXPECT_EQ(frame->GridView->RowCount(), Count("ROLES"));
+    FrameForRole(1);
+    const struct
+    {
+        int right;
+        const char *enabled;
+    } table[] = {{2, "1000"}, {3, "1010"}, {4, "1111"}, {1, "0000"}};
+    for (const auto &row : table) {
+        FrameForRole(RoleWithRight(row.right));
+        EXPECT_EQ(Enabled(), row.enabled) << "right " << row.right;
+        // Even without the right to view, the first refresh shows the rows.
+        EXPECT_EQ(frame->GridView->RowCount(), Count("ROLES"));
+    }
     // Disabled, not hidden.
     EXPECT_TRUE(frame->actAdd->isVisible());
     EXPECT_FALSE(frame->ToolButton2->isEnabled());
-}
-
-TEST_F(GridRightsTest, ChangeRightAllowsEditOnly)
-{
-    Register();
-    FrameForRole(RoleWithRight("RightsFM.frmRightsTest", 3));
-    EXPECT_EQ(Enabled(), "1010");
-}
-
-TEST_F(GridRightsTest, FullAccessAllowsEverything)
-{
-    Register();
-    FrameForRole(RoleWithRight("RightsFM.frmRightsTest", 4));
-    EXPECT_EQ(Enabled(), "1111");
-}
-
-TEST_F(GridRightsTest, ForbiddenShowsTheFirstRefreshAndNoMore)
-{
-    Register();
+    // Forbidden: no refresh after the first.
     int fills = 0;
-    FrameForRole(RoleWithRight("RightsFM.frmRightsTest", 1));
-    EXPECT_EQ(Enabled(), "0000");
-    EXPECT_EQ(frame->GridView->RowCount(), Count("ROLES"));
     frame->OnFillParameters = [&](TFIBDataSet *) { ++fills; };
     EXPECT_FALSE(frame->actRefresh->Execute());
     EXPECT_EQ(fills, 0);
-}
 
-TEST_F(GridRightsTest, SeededRolesGetTheirDefaultsOnANewFrame)
-{
-    Register();
-    FrameForRole(2);
-    EXPECT_EQ(Enabled(), "1010");
-    FrameForRole(3);
-    EXPECT_EQ(Enabled(), "1000");
-    // A role without a right of its own or a default has none.
-    TpFIBQuery q;
-    q.SetDatabase(&dm->pFIBDatabaseMain);
-    q.SetTransaction(&dm->pFIBTransaction1);
-    q.ExecProcedure("spRolesEmpty");
-    FrameForRole(q.Fields(0).AsInteger());
-    EXPECT_EQ(Enabled(), "0000");
+    // Seeded roles get their defaults on a new frame; a role with neither a right nor a default has none.
+    const struct
+    {
+        qint32 role;
+        const char *enabled;
+    } seeded[] = {{2, "1010"}, {3, "1000"}, {NewRole(), "0000"}};
+    for (const auto &row : seeded) {
+        FrameForRole(row.role);
+        EXPECT_EQ(Enabled(), row.enabled) << "role " << row.role;
+    }
 }
 
 TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgain)
@@ -107,9 +84,7 @@ TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgain)
     frame->actAdd->setEnabled(false);
     frame->actRefresh->Execute();
     EXPECT_EQ(Enabled(), "1011");
-
-    const qint32 viewer = RoleWithRight("RightsFM.frmRightsTest", 2);
-    CurrentRoleId = viewer;
+    CurrentRoleId = RoleWithRight(2);
     frame->actRefresh->Execute();
     EXPECT_EQ(Enabled(), "1000");
     CurrentRoleId = 1;
@@ -117,31 +92,21 @@ TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgain)
     EXPECT_EQ(Enabled(), "1000");
 }
 
-TEST_F(GridRightsTest, FrameWithoutARowInTheCatalogueHasEverythingDisabled)
+TEST_F(GridRightsTest, FramesThatCheckNoRightsOrHaveNoRowInTheCatalogue)
 {
-    MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles", "Неизвестная");
     // Straight to the handler: the action list's registration does not run.
-    frame->actRefreshExecute(nullptr);
+    MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles")->actRefreshExecute(nullptr);
     EXPECT_EQ(Enabled(), "0000");
-    EXPECT_EQ(Count("ACTIONS where TACTION = 'UnknownFM.frmUnknown'"), 0);
     EXPECT_EQ(frame->GridView->RowCount(), 3);
-}
-
-TEST_F(GridRightsTest, RightsOffLeavesTheActionsAlone)
-{
-    MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles");
-    frame->RightsOff = true;
+    MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles")->RightsOff = true;
     frame->actRefreshExecute(nullptr);
     EXPECT_EQ(Enabled(), "1111");
-}
+    EXPECT_EQ(Count("ACTIONS where TACTION = 'UnknownFM.frmUnknown'"), 0);
 
-TEST_F(GridRightsTest, FrameOutsideAnyFormChecksNoRights)
-{
     TGridFrame lone(nullptr, "frmLone");
     lone.DS->SetDataSet(&dm->spRolesOpen);
     lone.actRefresh->Execute();
     EXPECT_TRUE(lone.actAdd->isEnabled());
-    EXPECT_TRUE(dm->spRolesOpen.Active());
     EXPECT_GT(lone.GridView->RowCount(), 0);
     EXPECT_EQ(Count("ACTIONS where TACTION like '%frmLone'"), 0);
 }
@@ -149,36 +114,28 @@ TEST_F(GridRightsTest, FrameOutsideAnyFormChecksNoRights)
 TEST_F(GridRightsTest, NewFrameRegistersItselfUnderItsTitle)
 {
     const int before = Count("ACTIONS");
-    MakeFrame("NewListFM", "frmNewList", &dm->spRolesOpen, "spRoles", "Новый список");
-    frame->actRefresh->Execute();
+    const QString title = "select ACTNAME from ACTIONS where TACTION = 'NewListFM.frmNewList'";
+    MakeFrame("NewListFM", "frmNewList", &dm->spRolesOpen, "spRoles", "Новый список")->actRefresh->Execute();
     EXPECT_EQ(Count("ACTIONS"), before + 1);
-    EXPECT_EQ(Scalar("select ACTNAME from ACTIONS where TACTION = 'NewListFM.frmNewList'").toString(), "Новый список");
-    // Found at once after its registration: administrator rights by default.
+    EXPECT_EQ(Scalar(title).toString(), "Новый список");
+    // Found at once after its registration: the administrator's rights by default.
     EXPECT_EQ(Enabled(), "1111");
-
     frame->gbGrid->setTitle("Список переименован");
     frame->actRefresh->Execute();
     EXPECT_EQ(Count("ACTIONS"), before + 1);
-    EXPECT_EQ(Scalar("select ACTNAME from ACTIONS where TACTION = 'NewListFM.frmNewList'").toString(),
-              "Список переименован");
-}
+    EXPECT_EQ(Scalar(title).toString(), "Список переименован");
 
-TEST_F(GridRightsTest, BlankTitleRegistersTheKeyAsTitle)
-{
-    MakeFrame("NewListFM", "frmBlank", &dm->spRolesOpen, "spRoles", "   ");
-    frame->actRefresh->Execute();
+    // A blank title registers the key; a frame without a dataset still registers.
+    MakeFrame("NewListFM", "frmBlank", nullptr, "spRoles", "   ")->actRefresh->Execute();
     EXPECT_EQ(Scalar("select ACTNAME from ACTIONS where TACTION = 'NewListFM.frmBlank'").toString(),
               "NewListFM.frmBlank");
-}
+    EXPECT_TRUE(dialogs.Shown.isEmpty());
+    EXPECT_EQ(frame->GridView->ColumnCount(), 0);
 
-TEST_F(GridRightsTest, NestedFrameFindsItsFormThroughItsParents)
-{
-    form = std::make_unique<TfmBase>();
-    form->setObjectName("NestedFM");
+    // A frame nested deeper finds its form through its parents.
     auto *panel = new QWidget(form->pnlMain);
-    frame = new TGridFrame(panel, "frmInner");
-    EXPECT_EQ(frame->GetParentForm(), form.get());
-    EXPECT_EQ(frame->RightsKey(), "NestedFM.frmInner");
+    auto *inner = new TGridFrame(panel, "frmInner");
+    EXPECT_EQ(inner->RightsKey(), "NewListFM.frmInner");
 }
 
 } // namespace

@@ -5,26 +5,11 @@
 #include "type_text.h"
 
 #include <QLineEdit>
-#include <QSignalSpy>
 #include <QTest>
 
 namespace {
 
-class EditorTest : public ToolkitTest
-{
-protected:
-    void TearDown() override
-    {
-        ToolkitTest::TearDown();
-        source.reset();
-    }
-    TDataSource *Source(TFIBDataSet *ds)
-    {
-        source = std::make_unique<TDataSource>(nullptr, ds);
-        return source.get();
-    }
-    std::unique_ptr<TDataSource> source;
-};
+using EditorTest = ToolkitTest;
 
 TEST_F(EditorTest, BoundTextEditShowsTheCurrentRowAndWritesIntoIt)
 {
@@ -35,7 +20,6 @@ TEST_F(EditorTest, BoundTextEditShowsTheCurrentRowAndWritesIntoIt)
     ds->Next();
     EXPECT_EQ(edit->text(), "Фильтр воздушный");
     EXPECT_EQ(ds->State(), dsBrowse);
-
     TypeText(edit, "Фильтр салона");
     EXPECT_EQ(ds->State(), dsEdit);
     EXPECT_EQ(ds->FieldByName("NAME")->AsString(), "Фильтр салона");
@@ -44,38 +28,21 @@ TEST_F(EditorTest, BoundTextEditShowsTheCurrentRowAndWritesIntoIt)
     EXPECT_EQ(edit->text(), "Фильтр воздушный");
     ds->Close();
     EXPECT_EQ(edit->text(), "");
-}
 
-TEST_F(EditorTest, TypingIntoAReadOnlyDataSetShowsTheRefusal)
-{
-    TpFIBDataSet *ds = Open("select * from GOODS order by ID", false);
-    auto *edit = Keep(new TDBTextEdit);
-    edit->SetDataBinding(Source(ds), "NAME");
+    // Another dataset behind the same source; a read-only one refuses the typing.
+    TpFIBDataSet *readOnly = Open("select * from GOODS order by ID", false);
+    source->SetDataSet(readOnly);
+    EXPECT_EQ(edit->text(), "Масло 5W40");
     TypeText(edit, "x");
-    EXPECT_EQ(ds->State(), dsBrowse);
+    EXPECT_EQ(readOnly->State(), dsBrowse);
     ASSERT_EQ(dialogs.Shown.size(), 1);
     EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Can't update."));
     EXPECT_EQ(edit->text(), "Масло 5W40");
 }
 
-TEST_F(EditorTest, DataSourceCanSwapItsDataSet)
+TEST_F(EditorTest, LookupShowsTheListHoldsTheKeyAndOffersNewTexts)
 {
-    TpFIBDataSet *first = Open("select * from GOODS where ID = 1");
-    TpFIBDataSet *second = Open("select * from GOODS where ID = 2");
-    auto *edit = Keep(new TDBMemo);
-    edit->SetDataBinding(Source(first), "NAME");
-    EXPECT_EQ(edit->toPlainText(), "Масло 5W40");
-    source->SetDataSet(second);
-    EXPECT_EQ(edit->toPlainText(), "Фильтр воздушный");
-    TypeText(edit, "!");
-    EXPECT_EQ(second->State(), dsEdit);
-    EXPECT_EQ(first->State(), dsBrowse);
-}
-
-TEST_F(EditorTest, LookupShowsTheListAndHoldsTheKey)
-{
-    TpFIBDataSet *kinds = Open("select * from KINDS order by ID");
-    TDataSource kindSource(nullptr, kinds);
+    TDataSource kindSource(nullptr, Open("select * from KINDS order by ID"));
     TpFIBDataSet *ds = Open("select * from GOODS order by ID");
     TEditProperties p(TEditKind::Lookup);
     p.ListSource = &kindSource;
@@ -88,7 +55,6 @@ TEST_F(EditorTest, LookupShowsTheListAndHoldsTheKey)
     EXPECT_EQ(lookup->currentText(), "Масло");
     EXPECT_EQ(lookup->EditValue().toInt(), 1);
     EXPECT_FALSE(lookup->isEditable());
-
     emit lookup->activated(1);
     EXPECT_EQ(ds->State(), dsEdit);
     EXPECT_EQ(ds->FieldByName("KIND_ID")->AsInteger(), 2);
@@ -96,35 +62,23 @@ TEST_F(EditorTest, LookupShowsTheListAndHoldsTheKey)
     ds->MoveTo(2);
     // A key the list lacks shows nothing.
     EXPECT_EQ(lookup->currentIndex(), -1);
-}
 
-TEST_F(EditorTest, LookupWithFreeTypingOffersNewTexts)
-{
-    TpFIBDataSet *kinds = Open("select * from KINDS order by ID");
-    TDataSource kindSource(nullptr, kinds);
-    TEditProperties p(TEditKind::Lookup);
-    p.ListSource = &kindSource;
-    p.KeyFieldNames = "ID";
-    p.ListFieldNames = "KINDNAME";
+    // Free typing: a known text picks its key, an unknown one is offered.
     p.DropDownStyle = 1;
-    auto *lookup = Keep(new TLookupComboBox);
-    lookup->SetProperties(p);
-    ASSERT_TRUE(lookup->isEditable());
+    auto *free = Keep(new TLookupComboBox);
+    free->SetProperties(p);
+    ASSERT_TRUE(free->isEditable());
     QStringList offered;
-    lookup->OnNewLookupDisplayText = [&](const QString &text) { offered << text; };
+    free->OnNewLookupDisplayText = [&](const QString &text) { offered << text; };
     int changes = 0;
-    lookup->OnUserChange = [&] { ++changes; };
-
-    lookup->lineEdit()->setText("Фильтр");
-    emit lookup->lineEdit()->editingFinished();
-    EXPECT_TRUE(offered.isEmpty());
-    EXPECT_EQ(lookup->EditValue().toInt(), 2);
-    EXPECT_EQ(changes, 1);
-
-    lookup->lineEdit()->setText("Свечи");
-    emit lookup->lineEdit()->editingFinished();
+    free->OnUserChange = [&] { ++changes; };
+    for (const char *text : {"Фильтр", "Свечи"}) {
+        free->lineEdit()->setText(text);
+        emit free->lineEdit()->editingFinished();
+    }
     EXPECT_EQ(offered, QStringList{"Свечи"});
-    EXPECT_EQ(lookup->EditValue().toInt(), 2);
+    EXPECT_EQ(free->EditValue().toInt(), 2);
+    EXPECT_EQ(changes, 1);
 }
 
 TEST_F(EditorTest, DateEditHoldsADateOrNothing)
@@ -149,12 +103,6 @@ TEST_F(EditorTest, DateEditHoldsADateOrNothing)
     plain->SetEditValue(QDateTime(QDate(2024, 3, 5), QTime(14, 7)));
     EXPECT_EQ(plain->text(), "05.03.2024");
     EXPECT_EQ(plain->EditValue().toDateTime().time(), QTime(0, 0));
-
-    TEditProperties grid = p;
-    grid.DisplayFormat = grid.EditFormat = "dd.mm.yyyy HH24:NN";
-    plain->SetProperties(grid);
-    plain->SetEditValue(QDateTime(QDate(2024, 3, 5), QTime(14, 7)));
-    EXPECT_EQ(plain->text(), "05.03.2024 1424:07");
 }
 
 TEST_F(EditorTest, CurrencyEditTakesNumbersAndEmptiness)
@@ -210,10 +158,8 @@ TEST(ButtonEdit, TheButtonIsHandledByItsOwner)
     TButtonEdit edit;
     QList<int> clicks;
     edit.OnButtonClick = [&](int index) { clicks << index; };
-    QSignalSpy signal(&edit, &TButtonEdit::ButtonClick);
     edit.ClickButton();
     EXPECT_EQ(clicks, QList<int>{0});
-    EXPECT_EQ(signal.count(), 1);
     edit.setEnabled(false);
     edit.ClickButton();
     EXPECT_EQ(clicks.size(), 1);

@@ -1,6 +1,7 @@
 #pragma once
 // A small database of goods and their kinds, made once for the suite, and datasets over it.
 
+#include "fib_datasource.h"
 #include "scripted_dialogs.h"
 #include "test_database.h"
 
@@ -38,7 +39,15 @@ protected:
     void TearDown() override
     {
         widgets.clear();
+        source.reset();
         dataSets.clear();
+    }
+
+    // The one data source of a test, over `ds`.
+    TDataSource *Source(TFIBDataSet *ds)
+    {
+        source = std::make_unique<TDataSource>(nullptr, ds);
+        return source.get();
     }
 
     // An open dataset over the suite's database; a harmless update statement lets it be edited.
@@ -65,9 +74,10 @@ protected:
 
     static TestDatabase *db;
     ScriptedDialogs dialogs;
-    // Widgets go before the datasets they show.
+    // Widgets go before the sources and datasets they show.
     std::vector<std::unique_ptr<TpFIBDataSet>> dataSets;
     std::vector<std::unique_ptr<QObject>> widgets;
+    std::unique_ptr<TDataSource> source;
 };
 
 inline TestDatabase *ToolkitTest::db = nullptr;
