@@ -586,8 +586,6 @@ TEST_F(ProcRights, LoginListKeepsUserOneWhateverItsState)
     EXPECT_EQ(Int("select STATE from USERS where ID = 1"), 2);
     active = Select("select * from spUsersActiveSelect");
     EXPECT_EQ(Ids(active), std::vector<int>({1, 3}));
-    EXPECT_EQ(UserText([&] { Call("spStatesDel", {2}); }),
-              "Имеются пользователи с данным статусом. Удаление запрещено.");
     // A new user is always active, whatever the card sent.
     const int user = Call("spUsersEmpty").toInt();
     EXPECT_EQ(Int(QString("select STATE from USERS where ID = %1").arg(user)), 1);
