@@ -90,8 +90,10 @@ struct Token
     QString upper() const { return text.toUpper(); }
 };
 
-// SQL words: a name, a quoted string, or one other character.
-bool nextWord(const QString &s, int &pos, Token &t)
+// The next token after blanks and comments: a quoted string, or a run of characters that `inRun` accepts
+// (at least one character).
+template <typename InRun>
+bool nextToken(const QString &s, int &pos, Token &t, InRun inRun)
 {
     skipBlanksAndComments(s, pos);
     if (pos >= s.size())
@@ -100,34 +102,26 @@ bool nextWord(const QString &s, int &pos, Token &t)
     t.quoted = isQuote(s[pos]);
     if (t.quoted) {
         pos = quotedEnd(s, pos);
-    } else if (isWordChar(s[pos])) {
-        while (pos < s.size() && isWordChar(s[pos]))
-            ++pos;
     } else {
-        ++pos;
+        do
+            ++pos;
+        while (pos < s.size() && inRun(s[t.begin], s[pos]));
     }
     t.end = pos;
     t.text = s.mid(t.begin, t.end - t.begin);
     return true;
 }
 
+// SQL words: a name, a quoted string, or one other character.
+bool nextWord(const QString &s, int &pos, Token &t)
+{
+    return nextToken(s, pos, t, [](QChar first, QChar c) { return isWordChar(first) && isWordChar(c); });
+}
+
 // Clause words of runner statements: separated by blanks only, so a file path stays whole.
 bool nextClause(const QString &s, int &pos, Token &t)
 {
-    skipBlanksAndComments(s, pos);
-    if (pos >= s.size())
-        return false;
-    t.begin = pos;
-    t.quoted = isQuote(s[pos]);
-    if (t.quoted) {
-        pos = quotedEnd(s, pos);
-    } else {
-        while (pos < s.size() && !isBlank(s[pos]) && !isQuote(s[pos]))
-            ++pos;
-    }
-    t.end = pos;
-    t.text = s.mid(t.begin, t.end - t.begin);
-    return true;
+    return nextToken(s, pos, t, [](QChar, QChar c) { return !isBlank(c) && !isQuote(c); });
 }
 
 QStringList clauses(const QString &s, QVector<Token> *tokens = nullptr)

@@ -235,10 +235,13 @@ double TFIBXSQLVAR::AsDouble() const
         return DateTimeToSerial(v.toDateTime());
     if (v.metaType() == QMetaType::fromType<TFIBCurrency>())
         return v.value<TFIBCurrency>().ToDouble();
-    bool ok = false;
-    const double r = v.toString().toDouble(&ok);
-    if (!ok && v.typeId() == QMetaType::QString)
-        conversionError();
+    if (v.typeId() == QMetaType::QString) {
+        bool ok = false;
+        const double r = v.toString().toDouble(&ok);
+        if (!ok)
+            conversionError();
+        return r;
+    }
     return v.toDouble();
 }
 

@@ -6,6 +6,19 @@ const QString TFieldNameGrammar::CardDateTimeFormat = QStringLiteral("dd.mm.yyyy
 const QString TFieldNameGrammar::GridDateTimeFormat = QStringLiteral("dd.mm.yyyy HH24:NN");
 const QString TFieldNameGrammar::GridCurrencyFormat = QStringLiteral("###,##0.00");
 
+namespace {
+
+// Date and time, shown and edited in one picture.
+void setDateTime(TEditProperties &p, const QString &format)
+{
+    p.DateKind = TDateKind::DateTime;
+    p.ShowTime = true;
+    p.DisplayFormat = format;
+    p.EditFormat = format;
+}
+
+} // namespace
+
 bool TFieldNameGrammar::IsVisibleInGrid(const QString &name)
 {
     return name != QLatin1String("ID") && name != QLatin1String("PASSWORD") && !name.startsWith(QLatin1String("SYS_"));
@@ -75,10 +88,7 @@ void TFieldNameGrammar::ApplyGridSettings(TEditProperties &p, const TGridColumnS
         p.ListHeaderVisible = false;
         break;
     case TEditKind::Date:
-        p.DateKind = TDateKind::DateTime;
-        p.ShowTime = true;
-        p.DisplayFormat = GridDateTimeFormat;
-        p.EditFormat = GridDateTimeFormat;
+        setDateTime(p, GridDateTimeFormat);
         break;
     case TEditKind::CheckBox:
         p.NullStyle = 0;
@@ -192,10 +202,7 @@ void TFieldNameGrammar::ApplyComplexCardSettings(TEditProperties &p, TCardEditor
         p.DropDownStyle = 1;
         break;
     case TCardEditor::DateTime:
-        p.DateKind = TDateKind::DateTime;
-        p.ShowTime = true;
-        p.DisplayFormat = CardDateTimeFormat;
-        p.EditFormat = CardDateTimeFormat;
+        setDateTime(p, CardDateTimeFormat);
         break;
     case TCardEditor::Currency:
         p.DecimalPlaces = 2;
