@@ -65,8 +65,7 @@ void TUsersFM::FormCreate(QObject *sender)
          QStringLiteral("Изменить наименование"), QStringLiteral("Вы уверены, что хотите удалить выбранное наименование?"),
          faEdit | faDel},
     };
-    for (const TFrameSettings &frame : std::as_const(m_frames))
-        frame.Apply();
+    m_frames.Apply();
 
     frmUser->actEdit->OnExecute = [this](QObject *s) { frmUseractEditExecute(s); };
     frmRoles->actEdit->OnExecute = [this](QObject *s) { frmRolesactEditExecute(s); };
@@ -80,8 +79,7 @@ void TUsersFM::FormShow(QObject *sender)
     TfmBase::FormShow(sender);
     // Once the window has its final size.
     QTimer::singleShot(0, this, [this] { FormResize(this); });
-    for (const TFrameSettings &frame : std::as_const(m_frames))
-        frame.Frame->actRefresh->Execute();
+    m_frames.Refresh();
     frmRolesActions->GridView->SetCellSelect(true);
     TRightsGrid(frmRolesActions).AllowRightEditing();
     // A generated card shows the role and the action of a permission, but not for change.

@@ -4,13 +4,12 @@
 // place in the grid of permissions.
 
 #include "fm_base.h"
+#include "frame_settings.h"
 
-#include <QList>
 #include <memory>
 
 class QResizeEvent;
 class TGridFrame;
-struct TFrameSettings;
 namespace Ui {
 class UsersFM;
 }
@@ -46,5 +45,5 @@ protected:
 
 private:
     std::unique_ptr<Ui::UsersFM> ui;
-    QList<TFrameSettings> m_frames;
+    TFrameTable m_frames;
 };

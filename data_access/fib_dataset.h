@@ -65,10 +65,12 @@ private:
     bool m_calculated;
 };
 
-// Delphi-style display formats: "dd.mm.yyyy hh:nn" for dates, "#,##0.00" and "0.00" for numbers.
+// A value shown through its display picture: "dd.mm.yyyy hh:nn" for dates and times, "#,##0.00" (grouped
+// thousands) and "0.00" for numbers; an empty picture shows the value as it is.
 QString FormatFieldValue(const QVariant &value, const QString &format);
-// A Delphi date picture ("dd.mm.yyyy hh:nn") as a Qt date-time format; other characters stay literal.
-QString QtDateTimePattern(const QString &delphiFormat);
+// A date picture ("dd", "mm", "yyyy", "hh", "nn" for minutes, "ss") as a Qt date-time format; other
+// characters stay literal.
+QString QtDateTimePattern(const QString &picture);
 
 class TFIBDataSet : public QObject, public TFIBDatabaseClient
 {

@@ -4,6 +4,7 @@
 #include "captions_file.h"
 #include "dict_fm.h"
 #include "fm_base.h"
+#include "frame_settings.h"
 #include "forms_fixture.h"
 #include "grid_column.h"
 #include "grid_frame.h"
@@ -32,14 +33,9 @@ protected:
         auto *layout = new QVBoxLayout(form->pnlMain);
         frame = new TGridFrame(form->pnlMain, frameName);
         layout->addWidget(frame);
-        frame->gbGrid->setTitle(title);
-        frame->DS->SetDataSet(dataSet);
-        frame->ProcPrefix = prefix;
-        frame->AddCaption = "Новая запись";
-        frame->EditCaption = "Изменить запись";
-        frame->OnCreateCard = [this] {
-            frame->CardForm = new TDictFM(frame->GridView, frame->objectName(), frame->ProcPrefix + "Edit");
-        };
+        TFrameSettings{frame, title, dataSet, prefix, CardOf<TDictFM>(), prefix + "Edit", "Новая запись",
+                       "Изменить запись"}
+            .Apply();
         form->resize(800, 600);
         form->show();
         return frame;

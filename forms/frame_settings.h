@@ -5,6 +5,7 @@
 
 #include "fib_dataset.h"
 
+#include <QList>
 #include <QString>
 #include <functional>
 
@@ -43,6 +44,18 @@ struct TFrameSettings
     // Off from the start; rights never switch an action on again.
     int Disabled = faNone;
     int Hidden = faNone;
+    // Binds the window's filters before each opening; null for a frame without filters.
+    std::function<void(TFIBDataSet *dataSet)> FillParameters;
 
     void Apply() const;
+};
+
+// The frames of one window in the order in which the window refreshes them on show.
+class TFrameTable : public QList<TFrameSettings>
+{
+public:
+    using QList<TFrameSettings>::QList;
+    void Apply() const;
+    // Runs each frame's actRefresh.
+    void Refresh() const;
 };

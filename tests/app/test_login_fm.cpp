@@ -1,6 +1,6 @@
 // The login dialog: who is offered, passwords by their MD5, the session it fills.
 
-#include "app_windows_fixture.h"
+#include "app_fixture.h"
 
 namespace {
 

@@ -26,9 +26,23 @@ void TFrameSettings::Apply() const
         if (Hidden & entry.flag)
             entry.action->setVisible(false);
     }
+    if (FillParameters)
+        frame->OnFillParameters = FillParameters;
     const TCardMaker make = MakeCard;
     const QString proc = SaveProc;
     frame->OnCreateCard = [frame, make, proc] {
         frame->CardForm = make ? make(frame->GridView, frame->objectName(), proc) : nullptr;
     };
+}
+
+void TFrameTable::Apply() const
+{
+    for (const TFrameSettings &frame : *this)
+        frame.Apply();
+}
+
+void TFrameTable::Refresh() const
+{
+    for (const TFrameSettings &frame : *this)
+        frame.Frame->actRefresh->Execute();
 }

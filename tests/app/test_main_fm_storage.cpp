@@ -1,7 +1,7 @@
 // The main window's storage: currency marks and placement in "kelvarion.ini" glued to the per-user
 // folder's name, and starts that survive a bad file or a missing folder.
 
-#include "app_windows_fixture.h"
+#include "app_fixture.h"
 #include "common.h"
 #include "form_storage.h"
 

@@ -1,6 +1,6 @@
 // The once-per-installation update check: marker first, one secure request, the page only on "update".
 
-#include "app_windows_fixture.h"
+#include "app_fixture.h"
 #include "update_check.h"
 
 #include <QElapsedTimer>

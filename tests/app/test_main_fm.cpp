@@ -2,7 +2,7 @@
 // the change of user and the order filter sent by another window.
 
 #include "about_fm.h"
-#include "app_windows_fixture.h"
+#include "app_fixture.h"
 #include "common.h"
 #include "fm_base.h"
 #include "options_fm.h"
