@@ -3,14 +3,21 @@
 #include "about_fm.h"
 #include "action_menu_item.h"
 #include "app_exception.h"
+#include "auto_fm.h"
 #include "common.h"
+#include "cust_fm.h"
 #include "data_dm.h"
 #include "dialogs.h"
+#include "discount_fm.h"
+#include "employee_fm.h"
 #include "fm_base.h"
 #include "login_fm.h"
+#include "materials_fm.h"
+#include "operation_type_fm.h"
 #include "options_fm.h"
 #include "requisits_fm.h"
 #include "script_fm.h"
+#include "services_fm.h"
 #include "system_folders.h"
 #include "users_fm.h"
 
@@ -251,6 +258,13 @@ void TMainFM::RegisterWindows()
     // One line per window; the actions of windows still to be built stay disabled.
     RegisterChild(actShowUsers, ChildWindow<TUsersFM>());
     RegisterChild(actShowScript, ChildWindow<TScriptFM>());
+    RegisterChild(actShowMaterials, ChildWindow<TMaterialsFM>());
+    RegisterChild(actShowServices, ChildWindow<TServicesFM>());
+    RegisterChild(actShowOperationType, ChildWindow<TOperationTypeFM>());
+    RegisterChild(actShowEmpls, ChildWindow<TEmployeeFM>());
+    RegisterChild(actShowDiscount, ChildWindow<TDiscountFM>());
+    RegisterChild(actShowCustomers, ChildWindow<TCustFM>());
+    RegisterChild(actShowAuto, ChildWindow<TAutoFM>());
 }
 
 void TMainFM::RegisterChild(TAction *action, const TChildWindowKind &kind)

@@ -22,3 +22,7 @@ inline QTimer *CreateFilterTimer(QObject *owner, const std::function<void(QTimer
     });
     return timer;
 }
+
+class TGridFrame;
+// The tick's refresh of a window's filtered frame, if it has one; the timer is off again afterwards.
+void RefreshFilterFrame(TGridFrame *frame, QTimer *timer);

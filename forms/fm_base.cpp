@@ -2,6 +2,7 @@
 #include "filter_timer.h"
 
 #include "app_exception.h"
+#include "grid_frame.h"
 
 #include <QCloseEvent>
 #include <QMdiArea>
@@ -59,6 +60,15 @@ void TfmBase::FormClose(QObject *, TCloseAction &action)
 void TfmBase::tmrFilterTimer(QObject *)
 {
     tmrFilter->stop();
+    RefreshFilterFrame(FilterFrame, tmrFilter);
+}
+
+void RefreshFilterFrame(TGridFrame *frame, QTimer *timer)
+{
+    if (!frame)
+        return;
+    frame->actRefresh->Execute();
+    timer->stop();
 }
 
 void TfmBase::FilterChange(QObject *)

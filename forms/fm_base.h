@@ -9,6 +9,7 @@
 #include <QWidget>
 
 class QMdiArea;
+class TGridFrame;
 class QMdiSubWindow;
 
 class TfmBase : public QWidget
@@ -34,8 +35,10 @@ public:
     // Runs each time the window is shown.
     virtual void FormShow(QObject *sender);
     virtual void FormClose(QObject *sender, TCloseAction &action);
-    // Switches the timer off; descendants call it first and then refresh.
+    // Switches the timer off and refreshes FilterFrame; descendants call it first.
     virtual void tmrFilterTimer(QObject *sender);
+    // The frame that the window's filters feed, refreshed by the filter timer's tick.
+    TGridFrame *FilterFrame = nullptr;
     // Any change of a filter control: arms the timer, unless it is armed already.
     void FilterChange(QObject *sender = nullptr);
 

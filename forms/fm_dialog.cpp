@@ -216,4 +216,5 @@ void TfmDialog::FilterChange(QObject *)
 void TfmDialog::tmrFilterTimer(QObject *)
 {
     tmrFilter->stop();
+    RefreshFilterFrame(FilterFrame, tmrFilter);
 }

@@ -11,6 +11,7 @@
 #include <exception>
 
 class QEventLoop;
+class TGridFrame;
 
 // Modal results of the system's windows.
 enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2 };
@@ -90,6 +91,8 @@ public:
     virtual bool Execute();
     // Any change of a filter control: arms the timer, unless it is armed already.
     void FilterChange(QObject *sender = nullptr);
-    // Switches the timer off.
+    // Switches the timer off and refreshes FilterFrame.
     virtual void tmrFilterTimer(QObject *sender);
+    // The frame that the dialog's filters feed, refreshed by the filter timer's tick.
+    TGridFrame *FilterFrame = nullptr;
 };

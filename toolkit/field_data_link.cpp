@@ -87,3 +87,18 @@ void TFieldDataLink::EditorChanged()
         Reload();
     }
 }
+
+void TFieldDataLink::PostEditValue()
+{
+    TFIBField *field = Field();
+    if (!field)
+        return;
+    const auto blank = [](const QVariant &v) {
+        return !v.isValid() || v.isNull() || (v.typeId() == QMetaType::QString && v.toString().isEmpty());
+    };
+    const QVariant value = m_editor->EditValue();
+    const QVariant stored = field->Value();
+    if (blank(value) ? blank(stored) : (!blank(stored) && value == stored))
+        return;
+    EditorChanged();
+}

@@ -28,6 +28,9 @@ public:
 
     // Shows the field's present value.
     void Reload();
+    // Writes the editor's present value into the field, as a change by the user would, when it differs
+    // from the field's: an editor merely left puts no row into edit state.
+    void PostEditValue();
 
 private:
     void Rebind();

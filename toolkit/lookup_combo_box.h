@@ -29,6 +29,9 @@ public:
 
     // Rereads the rows of the list.
     void ReloadList();
+    // Takes up what is typed as leaving the editor would: a known text picks its row, an unknown one
+    // goes to OnNewLookupDisplayText first.
+    void ValidateTyping() { TypingFinished(); }
 
 signals:
     void NewDisplayText(const QString &text);

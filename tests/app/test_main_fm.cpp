@@ -83,7 +83,9 @@ TEST_F(MainWindow, MenuAndToolBarHoldTheCommandsInTheirOrder)
 
     // Windows not built yet keep their actions, and the menu entries following them, disabled.
     const QList<TAction *> enabled = {form.actExit, form.actChangeUser, form.actShowUsers, form.actShowScript,
-                                      form.actRequisits};
+                                      form.actRequisits, form.actShowMaterials, form.actShowServices,
+                                      form.actShowOperationType, form.actShowEmpls, form.actShowDiscount,
+                                      form.actShowCustomers, form.actShowAuto};
     for (TAction *action : form.ActionList->Actions())
         EXPECT_EQ(action->isEnabled(), enabled.contains(action)) << action->objectName().toStdString();
     QAction *entry = shown["Отчеты"].value(1);

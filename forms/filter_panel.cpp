@@ -1,0 +1,62 @@
+#include "filter_panel.h"
+
+#include "edit_properties.h"
+#include "lookup_combo_box.h"
+#include "text_editors.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+void SetFilterLookup(TLookupComboBox *lookup, TDataSource *list, const QString &listField, const QString &keyField)
+{
+    TEditProperties properties(TEditKind::Lookup);
+    properties.ListSource = list;
+    properties.KeyFieldNames = keyField;
+    properties.ListFieldNames = listField;
+    properties.DropDownStyle = 1;
+    lookup->SetProperties(properties);
+}
+
+const QString TFilterPanel::DefaultTitle = QStringLiteral("Параметры выбора");
+
+TFilterPanel::TFilterPanel(QWidget *parent, const QString &title) : QGroupBox(title, parent)
+{
+    setObjectName(QStringLiteral("gbFilter"));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(6, 4, 6, 6);
+    layout->addStretch(1);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void TFilterPanel::Place(QWidget *editor, const QString &caption)
+{
+    auto *column = new QVBoxLayout;
+    column->setSpacing(2);
+    auto *label = new QLabel(caption, this);
+    label->setObjectName(editor->objectName() + QStringLiteral("Lbl"));
+    label->setBuddy(editor);
+    column->addWidget(label);
+    column->addWidget(editor);
+    editor->setMinimumWidth(170);
+    auto *row = static_cast<QHBoxLayout *>(layout());
+    row->insertLayout(row->count() - 1, column);
+}
+
+TTextEdit *TFilterPanel::AddText(const QString &name, const QString &caption)
+{
+    auto *edit = new TTextEdit(this);
+    edit->setObjectName(name);
+    Place(edit, caption);
+    return edit;
+}
+
+TLookupComboBox *TFilterPanel::AddLookup(const QString &name, const QString &caption, TDataSource *list,
+                                         const QString &keyField, const QString &listField)
+{
+    auto *combo = new TLookupComboBox(this);
+    combo->setObjectName(name);
+    SetFilterLookup(combo, list, listField, keyField);
+    Place(combo, caption);
+    return combo;
+}

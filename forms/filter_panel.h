@@ -1,0 +1,31 @@
+#pragma once
+// The filter box of a list window: a caption over each editor, side by side, so that a window declares
+// its filters in a few lines and binds them through its filter table.
+
+#include <QGroupBox>
+
+class TDataSource;
+class TLookupComboBox;
+class TTextEdit;
+
+// Makes `lookup` a filter over the rows of `list` by `listField`, holding `keyField`. Text can be typed, so
+// that clearing it takes the filter off again.
+void SetFilterLookup(TLookupComboBox *lookup, TDataSource *list, const QString &listField,
+                     const QString &keyField = QStringLiteral("ID"));
+
+class TFilterPanel : public QGroupBox
+{
+    Q_OBJECT
+public:
+    explicit TFilterPanel(QWidget *parent = nullptr, const QString &title = DefaultTitle);
+
+    TTextEdit *AddText(const QString &name, const QString &caption);
+    // The rows of `list` by `listField`, holding `keyField`; typing is free, so that a cleared text means any.
+    TLookupComboBox *AddLookup(const QString &name, const QString &caption, TDataSource *list,
+                               const QString &keyField, const QString &listField);
+
+    static const QString DefaultTitle;
+
+private:
+    void Place(QWidget *editor, const QString &caption);
+};
