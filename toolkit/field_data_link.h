@@ -30,6 +30,8 @@ public:
     void Reload();
 
 private:
+    // A text editor takes no more characters than the field's column holds.
+    void LimitToField(const TFIBField *field);
     void Rebind();
     void EditorChanged();
 

@@ -30,8 +30,16 @@ public:
     // Rereads the rows of the list.
     void ReloadList();
 
+    // A long entry does not widen the editor, and so its window, beyond this; it is shown elided.
+    static constexpr int MaxHintWidth = 400;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 signals:
     void NewDisplayText(const QString &text);
+
+protected:
+    void initStyleOption(QStyleOptionComboBox *option) const override;
 
 private:
     void TypingFinished();
