@@ -14,6 +14,15 @@ struct LoadedLibrary
 };
 
 LoadedLibrary *g_loaded = nullptr;
+void (*g_onShutdownRefused)() = nullptr;
+
+int refuseSignalShutdown(const int reason, const int mask, void *)
+{
+    if (!(mask & fb_shut_confirmation) || reason != fb_shutrsn_signal || !g_onShutdownRefused)
+        return 0;
+    g_onShutdownRefused();
+    return 1;
+}
 
 QString resolveName(const QString &configured)
 {
@@ -63,4 +72,18 @@ TFIBClientLibrary &TFIBClientLibrary::Load(const QString &libraryName)
     loaded->complete = true;
     g_loaded = loaded.release(); // kept for the life of the process, as the engine is
     return g_loaded->entries;
+}
+
+void TFIBClientLibrary::RefuseSignalShutdown(void (*onRefused)())
+{
+    TFIBClientLibrary &fb = Load();
+    g_onShutdownRefused = onRefused;
+    static bool registered = false;
+    if (registered)
+        return;
+    ISC_STATUS_ARRAY status = {};
+    fb.fb_shutdown_callback(status, refuseSignalShutdown, fb_shut_confirmation, nullptr);
+    if (status[0] == 1 && status[1] != 0)
+        throw EFIBClientError(-1, QStringLiteral("Не удалось зарегистрировать обработчик завершения Firebird"));
+    registered = true;
 }

@@ -19,4 +19,10 @@ struct TFIBClientLibrary
 
     // Name of the library file used when the configured name has no meaning here.
     static QString DefaultLibraryName();
+
+    // The engine answers SIGINT and SIGTERM by shutting every attachment down, which leaves the program
+    // with a dead connection and its transaction lost. This refuses that shutdown; `onRefused` is called
+    // instead, on the engine's own thread, and may only do what a signal handler may. Null lets the
+    // engine shut down again. Loads the library.
+    static void RefuseSignalShutdown(void (*onRefused)());
 };

@@ -6,7 +6,12 @@
 
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 
 TfmBaseSingleForm::TfmBaseSingleForm(int parameter, QWidget *parent) : QDialog(parent), Parameter(parameter)
@@ -107,6 +112,50 @@ void TfmBaseSingleForm::showEvent(QShowEvent *event)
         else
             HandleCurrentException();
     }
+    FitToScreen();
+}
+
+void TfmBaseSingleForm::FitToScreen()
+{
+    const QScreen *screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    if (!screen || !layout())
+        return;
+    const QRect area = screen->availableGeometry();
+    // The frame is known only once a window manager has framed the window; until then, a title bar.
+    QSize frame = frameGeometry().size() - size();
+    if (frame.isEmpty())
+        frame = QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this));
+    const QSize room = area.size() - frame;
+    layout()->activate();
+    QSize needed = size().expandedTo(minimumSizeHint());
+    if (layout()->sizeConstraint() == QLayout::SetFixedSize)
+        needed = sizeHint();
+    if (needed.width() > room.width() || needed.height() > room.height()) {
+        if (!m_scrollBox) {
+            m_scrollBox = new QScrollArea(this);
+            m_scrollBox->setObjectName(QStringLiteral("sbMain"));
+            m_scrollBox->setFrameShape(QFrame::NoFrame);
+            m_scrollBox->setWidgetResizable(true);
+            delete layout()->replaceWidget(pnlMain, m_scrollBox);
+            m_scrollBox->setWidget(pnlMain);
+            if (layout()->sizeConstraint() == QLayout::SetFixedSize)
+                layout()->setSizeConstraint(QLayout::SetDefaultConstraint);
+        }
+        // A scroll bar one way takes room the other way.
+        const int bar = m_scrollBox->verticalScrollBar()->sizeHint().width();
+        if (needed.height() > room.height())
+            needed.rwidth() += bar;
+        if (needed.width() > room.width())
+            needed.rheight() += bar;
+        resize(needed.boundedTo(room));
+    }
+    // Moved into the area where it would stand out of it.
+    const QSize outer = size() + frame;
+    QPoint at = pos();
+    at.setX(qBound(area.left(), at.x(), qMax(area.left(), area.right() + 1 - outer.width())));
+    at.setY(qBound(area.top(), at.y(), qMax(area.top(), area.bottom() + 1 - outer.height())));
+    if (at != pos())
+        move(at);
 }
 
 void TfmBaseSingleForm::closeEvent(QCloseEvent *event)

@@ -11,6 +11,7 @@
 #include <exception>
 
 class QEventLoop;
+class QScrollArea;
 class TGridFrame;
 
 // Modal results of the system's windows.
@@ -40,6 +41,13 @@ public:
     virtual void FormCloseQuery(QObject *sender, bool &canClose);
     virtual void FormClose(QObject *sender, TCloseAction &action);
 
+    // Keeps the window within the available area of its screen whatever the lengths of its texts: a
+    // window too large for it gets its main panel in a scroll area, the button bar staying in sight.
+    // Runs after each FormShow.
+    void FitToScreen();
+    // The scroll area of the main panel, once the window had to be made smaller than it; else null.
+    QScrollArea *ScrollBox() const { return m_scrollBox; }
+
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -55,6 +63,7 @@ private:
 
     int m_modalResult = mrNone;
     QEventLoop *m_loop = nullptr;
+    QScrollArea *m_scrollBox = nullptr;
     bool m_checkPending = false;
     std::exception_ptr m_showError;
 };

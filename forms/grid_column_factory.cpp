@@ -24,6 +24,7 @@ TGridColumn *TGridColumnFactory::Make(TDBGridView *view, const TFIBField &field)
     auto properties = std::make_shared<TEditProperties>();
     TFieldNameGrammar::ApplyGridSettings(*properties, parsed);
     properties->ListSource = listSource;
+    properties->MaxLength = field.Size;
     column->SetProperties(properties);
     column->SetCaption(parsed.Caption);
     column->SetWidth(parsed.Width);

@@ -36,3 +36,17 @@ void HandleCurrentException()
         Dialogs::Current().Show(Dialogs::Error, QStringLiteral("Unknown exception"));
     }
 }
+
+const QString ApplicationErrorHeading = QStringLiteral("Ошибка в работе программы.\r\nТекст ошибки:\r\n");
+
+void ReportApplicationError()
+{
+    try {
+        throw;
+    } catch (const EAbort &) {
+    } catch (const std::exception &e) {
+        Dialogs::Current().Show(Dialogs::Error, ApplicationErrorHeading + ExceptionMessage(e));
+    } catch (...) {
+        Dialogs::Current().Show(Dialogs::Error, ApplicationErrorHeading + QStringLiteral("Неизвестная ошибка"));
+    }
+}

@@ -12,3 +12,8 @@ QString ExceptionClassName(const std::exception &error);
 // Shows the message of the exception being handled in an error box; an EAbort shows nothing.
 // Call only inside a catch block.
 void HandleCurrentException();
+
+// The application's general error report, for what escaped every window: an error box with a heading and
+// the message; an EAbort shows nothing. Call only inside a catch block.
+void ReportApplicationError();
+extern const QString ApplicationErrorHeading;

@@ -45,6 +45,9 @@ public:
     QString DisplayGrayed = QStringLiteral("false");
     QString ValueType;
 
+    // Text: characters at most, the length of the column; 0 for no limit.
+    int MaxLength = 0;
+
     // Currency.
     int DecimalPlaces = 2;
     Qt::Alignment HorizontalAlignment = Qt::AlignRight;

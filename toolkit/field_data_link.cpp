@@ -1,6 +1,7 @@
 #include "field_data_link.h"
 
 #include "app_exception.h"
+#include "text_editors.h"
 
 #include <QWidget>
 
@@ -61,6 +62,7 @@ void TFieldDataLink::Reload()
         return;
     m_showing = true;
     TFIBField *field = Field();
+    LimitToField(field);
     m_editor->SetEditValue(field ? field->Value() : QVariant());
     m_showing = false;
 }
@@ -101,4 +103,14 @@ void TFieldDataLink::PostEditValue()
     if (blank(value) ? blank(stored) : (!blank(stored) && value == stored))
         return;
     EditorChanged();
+}
+
+void TFieldDataLink::LimitToField(const TFIBField *field)
+{
+    // One byte per character in Windows-1251: the column's length in bytes is its length in characters.
+    const int length = field && field->Size > 0 ? field->Size : 0;
+    if (auto *line = qobject_cast<TTextEdit *>(parent()))
+        line->setMaxLength(length > 0 ? length : 32767);
+    else if (auto *memo = qobject_cast<TMemo *>(parent()))
+        memo->SetMaxLength(length);
 }

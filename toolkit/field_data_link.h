@@ -33,6 +33,8 @@ public:
     void PostEditValue();
 
 private:
+    // A text editor takes no more characters than the field's column holds.
+    void LimitToField(const TFIBField *field);
     void Rebind();
     void EditorChanged();
 

@@ -36,14 +36,16 @@ QWidget *TGridDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
         editor->SetProperties(p);
         return editor;
     }
-    case TEditKind::Button:
-        return new TButtonEdit(parent);
     case TEditKind::CheckBox:
         return nullptr;
+    case TEditKind::Button:
     case TEditKind::Plain:
         break;
     }
-    return new TTextEdit(parent);
+    TTextEdit *editor = p.Kind == TEditKind::Button ? new TButtonEdit(parent) : new TTextEdit(parent);
+    if (p.MaxLength > 0)
+        editor->setMaxLength(p.MaxLength);
+    return editor;
 }
 
 void TGridDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const

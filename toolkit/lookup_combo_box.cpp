@@ -2,8 +2,11 @@
 
 #include "app_exception.h"
 #include "lookup_list.h"
+#include "text_editors.h"
 
 #include <QLineEdit>
+#include <QStyle>
+#include <QStyleOptionComboBox>
 
 TLookupComboBox::TLookupComboBox(QWidget *parent) : QComboBox(parent)
 {
@@ -15,14 +18,41 @@ void TLookupComboBox::SetProperties(const TEditProperties &properties)
 {
     m_properties = properties;
     setEditable(m_properties.DropDownStyle == 1);
-    if (QLineEdit *line = lineEdit())
+    if (QLineEdit *line = lineEdit()) {
         connect(line, &QLineEdit::editingFinished, this, &TLookupComboBox::TypingFinished, Qt::UniqueConnection);
+        // A typed text may become a new row of the list: only what Windows-1251 holds.
+        if (!line->validator())
+            line->setValidator(new TAnsiTextValidator(line));
+    }
     if (m_list)
         disconnect(m_list, nullptr, this, nullptr);
     m_list = TLookupList::For(m_properties.ListDataSet(), m_properties.KeyField(), m_properties.ListField());
     if (m_list)
         connect(m_list, &TLookupList::Changed, this, &TLookupComboBox::ReloadList);
     ReloadList();
+}
+
+QSize TLookupComboBox::sizeHint() const
+{
+    QSize size = QComboBox::sizeHint();
+    size.setWidth(qMin(size.width(), MaxHintWidth));
+    return size;
+}
+
+QSize TLookupComboBox::minimumSizeHint() const
+{
+    QSize size = QComboBox::minimumSizeHint();
+    size.setWidth(qMin(size.width(), MaxHintWidth));
+    return size;
+}
+
+void TLookupComboBox::initStyleOption(QStyleOptionComboBox *option) const
+{
+    QComboBox::initStyleOption(option);
+    if (isEditable())
+        return;
+    const QRect field = style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
+    option->currentText = fontMetrics().elidedText(option->currentText, Qt::ElideRight, field.width() - 2);
 }
 
 void TLookupComboBox::ReloadList()

@@ -33,8 +33,16 @@ public:
     // goes to OnNewLookupDisplayText first.
     void ValidateTyping() { TypingFinished(); }
 
+    // A long entry does not widen the editor, and so its window, beyond this; it is shown elided.
+    static constexpr int MaxHintWidth = 400;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 signals:
     void NewDisplayText(const QString &text);
+
+protected:
+    void initStyleOption(QStyleOptionComboBox *option) const override;
 
 private:
     void TypingFinished();
