@@ -34,6 +34,22 @@ protected:
     // What the user reads of the error `f` raises.
     static QString UserText(const std::function<void()> &f) { return ErrorOf(f).trimmed(); }
 
+    // What a statement gives, as text: columns joined by "|", rows by "; ", null as "null", numbers to seven
+    // digits, moments without seconds; empty when it gives nothing, what the user reads when it fails.
+    // A statement that starts with a procedure's name ("sp…") executes that procedure.
+    QString Rows(const QString &sql);
+    // Statements in order, each with the text Rows must give (empty by default); an expectation that
+    // starts with "~" need only be contained in it.
+    struct Step
+    {
+        QString sql, expected;
+    };
+    void Expect(const QList<Step> &steps);
+    // Inserts each row of values into `table`, given with its column list; every insert must pass.
+    void Fill(const QString &table, const QStringList &rows);
+    // "TABLE:rows" for every table of the schema, for seeing that refused statements changed nothing.
+    QString Counts();
+
     DeployedDatabase db;
     TpFibErrorHandler handler;
     std::unique_ptr<TpFIBQuery> query;
