@@ -15,6 +15,7 @@
 #include "materials_fm.h"
 #include "operation_type_fm.h"
 #include "options_fm.h"
+#include "order_fm.h"
 #include "requisits_fm.h"
 #include "script_fm.h"
 #include "services_fm.h"
@@ -265,6 +266,7 @@ void TMainFM::RegisterWindows()
     RegisterChild(actShowDiscount, ChildWindow<TDiscountFM>());
     RegisterChild(actShowCustomers, ChildWindow<TCustFM>());
     RegisterChild(actShowAuto, ChildWindow<TAutoFM>());
+    RegisterChild(actShowOrder, ChildWindow<TOrderFM>());
 }
 
 void TMainFM::RegisterChild(TAction *action, const TChildWindowKind &kind)

@@ -4,6 +4,8 @@
 
 #include <QLocale>
 #include <QRegularExpression>
+
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -101,20 +103,21 @@ QString FormatFieldValue(const QVariant &value, const QString &format)
         return v.toString();
     // Sections: positive;negative;zero. Only the first is used by the program's formats.
     const QString section = format.section(QLatin1Char(';'), 0, 0);
-    const qsizetype dot = section.indexOf(QLatin1Char('.'));
+    // The number pattern ends at its last digit placeholder; what follows (a currency mark such as
+    // "р.", dot included) stays as written.
+    const qsizetype last = std::max(section.lastIndexOf(QLatin1Char('0')), section.lastIndexOf(QLatin1Char('#')));
+    const QString pattern = section.left(last + 1);
+    const qsizetype dot = pattern.indexOf(QLatin1Char('.'));
     int decimals = 0;
     if (dot >= 0)
-        for (qsizetype i = dot + 1; i < section.size() && (section[i] == QLatin1Char('0') || section[i] == QLatin1Char('#')); ++i)
+        for (qsizetype i = dot + 1; i < pattern.size() && (pattern[i] == QLatin1Char('0') || pattern[i] == QLatin1Char('#')); ++i)
             ++decimals;
     QLocale locale;
-    locale.setNumberOptions(section.contains(QLatin1Char(',')) ? QLocale::DefaultNumberOptions
-                                                               : QLocale::OmitGroupSeparator);
+    // Thousands are grouped by a comma in the pattern or by blanks between its digits ("# ### ###.00").
+    const bool grouped = pattern.contains(QLatin1Char(',')) || pattern.trimmed().contains(QLatin1Char(' '));
+    locale.setNumberOptions(grouped ? QLocale::DefaultNumberOptions : QLocale::OmitGroupSeparator);
     QString text = locale.toString(number, 'f', decimals);
-    // Text after the number pattern (a currency mark, say) stays as written.
-    static const QRegularExpression tail(QStringLiteral("[^#0,.]+$"));
-    const auto m = tail.match(section);
-    if (m.hasMatch())
-        text += m.captured(0).remove(QLatin1Char('"'));
+    text += section.mid(last + 1).remove(QLatin1Char('"'));
     return text;
 }
 
@@ -728,6 +731,9 @@ void TFIBDataSet::FillStatementParams(TFIBQuery &query)
         }
         if (field)
             param.SetValue(value);
+        else if (TFIBXSQLVAR *selected = &query != &m_select ? m_select.Params().FindParam(name) : nullptr)
+            // A detail's key, such as the order of an order's lines, is a parameter of the select.
+            param.SetValue(selected->AsVariant());
     }
 }
 

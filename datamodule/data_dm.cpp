@@ -33,6 +33,11 @@ const char *const kNoChangePayStatus = "update PAYSTATUS set STATUS = STATUS whe
 const char *const kNoChangeRights = "update RIGHTS set RIGHTNAME = RIGHTNAME where ID = :OLD_ID";
 // ORDMAT's triggers reprice the line and recount the order on any update, so this one matches no row.
 const char *const kNoChangeOrdMat = "update ORDMAT set ID = ID where ID = :OLD_ID and ID is null";
+const char *const kOrdersUpdate = "update ORDERS set NUM = :NUM where ID = :OLD_ID";
+// The lines of an order: a post attaches the line to the order the dataset was opened for.
+const char *const kOrdPartsUpdate = "update ORDPARTS set IDORDER = :IDORDER where ID = :OLD_ID";
+const char *const kOrdServUpdate = "update ORDSERV set IDORDER = :IDORDER where ID = :OLD_ID";
+const char *const kOrdMatUpdate = "update ORDMAT set IDORDER = :IDORDER where ID = :OLD_ID";
 
 const char *const kConfigUpdate = "update CONFIG set PVALUE = :PVALUE where ID = :ID";
 const char *const kRolesActionsUpdate =
@@ -117,12 +122,12 @@ const CatalogueEntry kCatalogue[] = {
     {DS(spAutoOpen), SRC(dsAutoOpen), "spAutoOpen",
      "F_TYPE F_MODNAME F_MARK F_REG F_YEAR F_VIN F_DRIVE F_COLNAME F_DEL", kNoChangeUsers},
     {DS(spOrdersOpen), SRC(dsOrdersOpen), "spOrderOpen",
-     "F_IDORDER F_DATE_UP F_DATE_TO F_IDOSTATE F_NUM F_IDCUST F_REG F_IDMARK F_IDMODEL F_DEL", kNoChangeUsers},
+     "F_IDORDER F_DATE_UP F_DATE_TO F_IDOSTATE F_NUM F_IDCUST F_REG F_IDMARK F_IDMODEL F_DEL", kOrdersUpdate},
     {DS(spOStateOpen), SRC(dsOStateOpen), "spOStateOpen", "", kNoChangeUsers},
-    {DS(spOrdPartsOpen), SRC(dsOrdPartsOpen), "spOrdPartsOpen", "IDORDER", kNoChangeUsers},
+    {DS(spOrdPartsOpen), SRC(dsOrdPartsOpen), "spOrdPartsOpen", "IDORDER", kOrdPartsUpdate},
     {DS(spPartsOpen), SRC(dsPartsOpen), "spPartsOpen", "", kNoChangeUsers},
-    {DS(spOrdServOpen), SRC(dsOrdServOpen), "spOrdServOpen", "IDORDER", kNoChangeUsers},
-    {DS(spOrdMatOpen), SRC(dsOrdMatOpen), "spOrdMatOpen", "IDORDER", kNoChangeUsers},
+    {DS(spOrdServOpen), SRC(dsOrdServOpen), "spOrdServOpen", "IDORDER", kOrdServUpdate},
+    {DS(spOrdMatOpen), SRC(dsOrdMatOpen), "spOrdMatOpen", "IDORDER", kOrdMatUpdate},
     {DS(spPayTypeOpen), SRC(dsPayTypeOpen), "spPTypeOpen", "", kNoChangeUsers},
     {DS(spPurposeOpen), SRC(dsPurposeOpen), "spPurposeOpen", "IDPAYTYPE", kNoChangeUsers},
     {DS(spPayOpen), SRC(dsPayOpen), "spPayOpen",

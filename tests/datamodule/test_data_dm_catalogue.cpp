@@ -6,7 +6,8 @@
 namespace {
 
 const QStringList kReports = {"dbOtchetVipZakaz", "dbOtchetUslug", "dbOtchetMaterial"};
-const QStringList kRealUpdates = {"tConfig", "spRolesActionsOpen", "spStoreMatOpen"};
+const QStringList kRealUpdates = {"tConfig", "spRolesActionsOpen", "spStoreMatOpen", "spOrdersOpen", "spOrdPartsOpen",
+                                   "spOrdServOpen", "spOrdMatOpen"};
 
 void SetAllParamsNull(TFIBDataSet &ds)
 {

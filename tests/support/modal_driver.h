@@ -43,6 +43,10 @@ private:
             return;
         }
         if (!m_steps.isEmpty()) {
+            // A window closed by the previous step may still be active for a moment.
+            if (m_sinceStep.isValid() && m_sinceStep.elapsed() < StepPauseMs)
+                return;
+            m_sinceStep.start();
             m_idle.invalidate();
             Step step = m_steps.dequeue();
             ++m_ran;
@@ -58,7 +62,9 @@ private:
         }
     }
 
+    static constexpr int StepPauseMs = 100;
     QTimer m_timer;
+    QElapsedTimer m_sinceStep;
     QQueue<Step> m_steps;
     QElapsedTimer m_idle;
     int m_idleLimitMs;

@@ -1,0 +1,289 @@
+// The order card as the journal opens it: one whole order entered as a user would, the empty card,
+// Cancel of a new order, the footer sums of a second show, the status date, and refused input.
+
+#include "orders_fixture.h"
+
+#include "app_exception.h"
+#include "currency_edit.h"
+#include "cust_dialog_fm.h"
+#include "db_editors.h"
+#include "grid_summary.h"
+#include "ord_line_cards.h"
+#include "order_fm.h"
+#include "orders_card_fm.h"
+
+#include <QCheckBox>
+#include <QItemSelectionModel>
+#include <QPushButton>
+#include <QToolButton>
+
+namespace {
+
+class OrderCard : public OrdersTest
+{
+protected:
+    void SetUp() override
+    {
+        OrdersTest::SetUp();
+        journal = Show<TOrderFM>();
+    }
+
+    // Runs a journal action; `step` runs on the order card it opens.
+    void OnOrderCard(TAction *action, const std::function<void(TOrdersCardFM *)> &step)
+    {
+        ModalDriver driver;
+        driver.Then([&](QWidget *modal) {
+            auto *card = qobject_cast<TOrdersCardFM *>(modal);
+            ASSERT_NE(card, nullptr) << modal->objectName().toStdString();
+            step(card);
+        });
+        action->Execute();
+        EXPECT_EQ(driver.Ran(), 1);
+        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
+    }
+    void OnOrder(int order, const std::function<void(TOrdersCardFM *)> &step)
+    {
+        journal->frmOrders->actRefresh->Execute();
+        ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", order));
+        OnOrderCard(journal->frmOrders->actEdit, step);
+    }
+    // `open` runs a modal window of its own; `step` acts on it.
+    template <class Modal>
+    static void Nested(const std::function<void()> &open, const std::function<void(Modal *)> &step)
+    {
+        ModalDriver inner;
+        inner.Then([&](QWidget *modal) {
+            auto *window = qobject_cast<Modal *>(modal);
+            ASSERT_NE(window, nullptr) << modal->objectName().toStdString();
+            step(window);
+        });
+        open();
+        EXPECT_EQ(inner.Ran(), 1);
+        EXPECT_TRUE(inner.Failures.isEmpty()) << inner.Failures.join('\n').toStdString();
+    }
+
+    static void AddService(TOrdersCardFM *card, int service)
+    {
+        Nested<TOrdServCardFM>([card] { card->frmOrdServ->ToolButton2->click(); }, [service](TOrdServCardFM *c) {
+            ASSERT_TRUE(c->frmServices->DS->DataSet()->Locate("ID", service));
+            c->AdvGlowButton1->click();
+        });
+    }
+    static void AddMaterials(TOrdersCardFM *card, const QList<int> &materials)
+    {
+        Nested<TOrdMatCardFM>([card] { card->frmOrdMat->ToolButton2->click(); }, [materials](TOrdMatCardFM *c) {
+            const QStringList ids = Column(c->frmMaterials, "ID");
+            TDBGridView *view = c->frmMaterials->GridView;
+            for (int material : materials)
+                view->selectionModel()->select(view->model()->index(int(ids.indexOf(QString::number(material))), 0),
+                                               QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            c->AdvGlowButton3->click();
+        });
+    }
+    // Types a value into a line's cell, as a user would.
+    static void SetCell(TGridFrame *frame, int row, const QString &field, const QVariant &value)
+    {
+        TDBGridView *view = frame->GridView;
+        const QModelIndex index = view->model()->index(row, view->IndexOf(view->FindColumnByFieldName(field)));
+        ASSERT_TRUE(view->model()->flags(index) & Qt::ItemIsEditable) << field.toStdString();
+        view->model()->setData(index, value, Qt::EditRole);
+        QTest::qWait(30);
+    }
+    static int RowOf(TGridFrame *frame, const QString &field, int value)
+    {
+        return int(Column(frame, field).indexOf(QString::number(value)));
+    }
+    static double Total(TCurrencyEdit *edit) { return edit->EditValue().toDouble(); }
+    double StoredSum(int order) { return Scalar(QString("select SUMORDER from ORDERS where ID = %1").arg(order)).toDouble(); }
+    QString Lines(int order)
+    {
+        return Scalar(QString("select list(ID || ':' || coalesce(OHOURS, '') || ':' || coalesce(DISCOUNT, '') || ':' || "
+                              "coalesce(IDEMPL, ''), ' ') from ORDSERV where IDORDER = %1")
+                          .arg(order))
+                   .toString()
+               + "|"
+               + Scalar(QString("select list(ID || ':' || OCNT || ':' || coalesce(DISCOUNT, ''), ' ') from ORDMAT "
+                                "where IDORDER = %1")
+                            .arg(order))
+                     .toString();
+    }
+
+    TOrderFM *journal = nullptr;
+};
+
+TEST_F(OrderCard, AWholeOrderEnteredThroughTheWindows)
+{
+    const int customer = NewCustomer("Иванов Пётр", "'8-900-555'");
+    const int service = NewService("Замена масла", 1200, 2);
+    const QList<int> materials = {NewMaterial("Фильтр масляный", 300), NewMaterial("Масло 5W30", 900),
+                                  NewMaterial("Прокладка", 50)};
+    const QString master = "Кузнецов А.";
+    const int employee = Insert("insert into EMPLS (EMPLNAME) values ('Кузнецов А.')");
+    const int before = Count("ORDERS");
+    int order = 0;
+    double netto = 0;
+    QString num;
+
+    OnOrderCard(journal->frmOrders->actAdd, [&](TOrdersCardFM *card) {
+        order = card->OrderId().toInt();
+        num = Line(Editor(card, "NUM"))->text();
+        EXPECT_EQ(num, "P-" + QString::number(80000 + order));
+        EXPECT_EQ(card->windowTitle(), "Новый заказ");
+        EXPECT_EQ(Total(card->TCX_SUMM_NETTO), 0) << "no lines: null sums count as 0";
+        EXPECT_EQ(card->TCX_SUMM_NETTO->text(), "0.00 р.");
+
+        Nested<TCustDialogFM>([card] { dynamic_cast<TDBButtonEdit *>(Editor(card, "DLG_IDCUST"))->ClickButton(0); },
+                              [&](TCustDialogFM *d) {
+                                  ASSERT_TRUE(d->frmCust->DS->DataSet()->Locate("ID", customer));
+                                  d->AdvGlowButton1->click();
+                              });
+        EXPECT_EQ(Line(Editor(card, "DLG_IDCUST"))->text(), "Иванов Пётр");
+        EXPECT_EQ(Line(Editor(card, "MOBI_PHONE"))->text(), "8-900-555");
+        TypeAndLeave(Editor(card, "REG"), "А777АА77");
+        Pick(Editor(card, "MARK_LKP_MARK_F_MARKNAME"), "Skoda");
+        TypeAndLeave(Editor(card, "MODEL_LKP_MODEL_F_MODNAME"), "Октавия");
+        card->cbPartsReturn->setChecked(true);
+
+        AddService(card, service);
+        AddMaterials(card, materials);
+        ASSERT_EQ(Column(card->frmOrdServ, "IDSERV_LKP_SERV_F_SERVNAME"), QStringList{QString::number(service)});
+        ASSERT_EQ(Column(card->frmOrdMat, "IDMAT_LKP_MAT_F_MATNAME").size(), 3);
+        EXPECT_EQ(Column(card->frmOrdServ, "OHOURS"), QStringList{"2"}) << "the norm hours of the catalogue";
+        EXPECT_EQ(Column(card->frmOrdServ, "HOURS"), QStringList{"1"}) << "a new line's hours";
+
+        SetCell(card->frmOrdServ, 0, "HOURS", 3);
+        EXPECT_EQ(Column(card->frmOrdServ, "SUMM0"), QStringList{"1800"});
+        SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, "IDMAT_LKP_MAT_F_MATNAME", materials[1]), "OCNT", 2);
+        EXPECT_NEAR(StoredSum(order), 1800 + 1800, 0.01) << "lines made with no order count once a cell attaches them";
+        SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, "IDMAT_LKP_MAT_F_MATNAME", materials[0]), "DISCOUNT", 10);
+        SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, "IDMAT_LKP_MAT_F_MATNAME", materials[2]), "OCNT", 3);
+
+        Pick(card->lcbMaster, master);
+        card->btnMaster->click();
+        TypeAndLeave(Editor(card, "DISCOUNT"), "5");
+        card->btnDiscount->click();
+        EXPECT_EQ(dialogs.Texts(), QStringList({TOrdersCardFM::MasterQuestion, TOrdersCardFM::DiscountQuestion}));
+
+        // Services 1800 less 5 %; materials 300 less 10 %, 900 × 2 and 50 × 3.
+        EXPECT_NEAR(Total(card->TCX_SUMM_BRUTTO), 1800 + 300 + 1800 + 150, 0.01);
+        netto = Total(card->TCX_SUMM_NETTO);
+        EXPECT_NEAR(netto, 1710 + 270 + 1800 + 150, 0.01);
+        EXPECT_NEAR(StoredSum(order), netto, 0.01);
+        EXPECT_EQ(card->frmOrdServ->GridView->Summary()->Text(1), "1,710.00 р.");
+        card->AdvGlowButton1->click();
+    });
+
+    EXPECT_EQ(Count("ORDERS"), before + 1);
+    EXPECT_EQ(Scalar(QString("select IDCUST || ';' || NUM || ';' || RETURNZP || ';' || cast(DISCOUNT as integer) from ORDERS where ID = %1")
+                         .arg(order))
+                  .toString(),
+              QString("%1;%2;1;5").arg(customer).arg(num));
+    EXPECT_EQ(Scalar(QString("select A.REG || ';' || K.MARKNAME || ';' || M.MODNAME from ORDERS O join AUTO A on A.ID = "
+                             "O.IDAUTO join MARK K on K.ID = A.MARK join MODEL M on M.ID = A.MODNAME where O.ID = %1")
+                         .arg(order))
+                  .toString(),
+              "А777АА77;Skoda;Октавия");
+    EXPECT_EQ(Scalar(QString("select count(*) from ORDMAT where IDORDER = %1 and IDEMPL is null").arg(order)).toInt(), 3)
+        << "the master goes to the services only";
+    EXPECT_EQ(Scalar(QString("select IDEMPL from ORDSERV where IDORDER = %1").arg(order)).toInt(), employee);
+    EXPECT_NEAR(StoredSum(order), netto, 0.01);
+    EXPECT_TRUE(Column(journal->frmOrders, "ID").contains(QString::number(order)));
+}
+
+TEST_F(OrderCard, AllEightEmptyKeepsTheCardOpenAndCancelRemovesTheNewOrderWithItsLines)
+{
+    const int before = Count("ORDERS");
+    const int service = NewService("Диагностика");
+    int order = 0;
+    dialogs.Answer(Dialogs::ResultCancel); // "Данные были изменены. Сохранить?"
+    OnOrderCard(journal->frmOrders->actAdd, [&](TOrdersCardFM *card) {
+        order = card->OrderId().toInt();
+        AddService(card, service);
+        AddMaterials(card, {NewMaterial("Свеча")});
+        SetCell(card->frmOrdMat, 0, "OCNT", 4);
+        ASSERT_NE(Lines(order), "|");
+        TFIBDataSet *row = card->DataSet();
+        row->Edit();
+        for (const char *field : {"NUM", "CREATE_DATE", "IDSTATUS_LKP_OSTATE_F_STATENAME"})
+            row->FieldByName(field)->SetValue(QVariant());
+        card->AdvGlowButton1->click();
+        QTest::qWait(50);
+        EXPECT_EQ(card->ModalResult(), mrNone);
+        EXPECT_TRUE(card->isVisible());
+        EXPECT_FALSE(Scalar(QString("select NUM from ORDERS where ID = %1").arg(order)).isNull()) << "nothing stored";
+        card->AdvGlowButton2->click();
+    });
+    EXPECT_EQ(Count("ORDERS"), before);
+    EXPECT_EQ(Lines(order), "|");
+    EXPECT_EQ(Scalar(QString("select count(*) from ORDSERV where IDORDER = %1").arg(order)).toInt(), 0);
+}
+
+TEST_F(OrderCard, ASecondShowAddsNoFooterSumsAndAStatusChangeStampsTheDate)
+{
+    const int order = NewOrder(NewCustomer("Петров"), NewVehicle("В002ВВ"));
+    Exec(QString("update ORDERS set STATUS_DATE = '01.01.2020' where ID = %1").arg(order));
+    const QString working = Scalar("select STATENAME from OSTATE where ID = 2").toString();
+    for (int opening = 0; opening < 2; ++opening)
+        OnOrder(order, [&](TOrdersCardFM *card) {
+            card->FormShow(card);
+            for (TGridFrame *frame : {card->frmOrdServ, card->frmOrdMat})
+                EXPECT_EQ(frame->GridView->Summary()->Count(), 2) << frame->objectName().toStdString();
+            EXPECT_EQ(CardTexts(card).filter(QRegularExpression("^[A-Z_0-9]+$")), QStringList()) << "raw field names";
+            if (opening == 1) {
+                Pick(Editor(card, "IDSTATUS_LKP_OSTATE_F_STATENAME"), working);
+                card->AdvGlowButton1->click();
+            } else {
+                card->AdvGlowButton2->click();
+            }
+        });
+    EXPECT_LT(Scalar(QString("select datediff(minute from STATUS_DATE to current_timestamp) from ORDERS where ID = %1")
+                         .arg(order))
+                  .toInt(),
+              2);
+    EXPECT_EQ(Scalar(QString("select IDSTATUS from ORDERS where ID = %1").arg(order)).toInt(), 2);
+}
+
+TEST_F(OrderCard, RefusedInputLeavesTheStoredOrderIntact)
+{
+    const int order = NewOrder(NewCustomer("Сидоров"), NewVehicle("С003СС"));
+    Exec(QString("insert into ORDSERV (IDORDER, IDSERV, OHOURS) values (%1, %2, 1)").arg(order).arg(NewService("Мойка", 500)));
+    Exec(QString("insert into ORDMAT (IDORDER, IDMAT, OCNT) values (%1, %2, 1)").arg(order).arg(NewMaterial("Щётка", 40, 5)));
+    const QString lines = Lines(order);
+    const double sum = StoredSum(order);
+    const struct
+    {
+        bool services;
+        const char *field;
+        QVariant value;
+        QString message;
+    } cases[] = {
+        {true, "DISCOUNT", 150, "Скидка должна быть от 0 до 100 %"},
+        {true, "HOURS", -2, "Количество часов должно быть от 0 до 1 000 000"},
+        {true, "HOURS", "abc", "Количество часов должно быть от 0 до 1 000 000"},
+        {false, "OCNT", -3, "Количество должно быть целым числом от 1 до 1 000 000"},
+        {false, "OCNT", 1e12, "Количество должно быть целым числом от 1 до 1 000 000"},
+        {false, "OCNT", 50, "На складе недостаточно данного материала."},
+    };
+    OnOrder(order, [&](TOrdersCardFM *card) {
+        for (const auto &c : cases) {
+            dialogs.Clear();
+            SetCell(c.services ? card->frmOrdServ : card->frmOrdMat, 0, c.field, c.value);
+            EXPECT_EQ(dialogs.Texts().replaceInStrings(QRegularExpression("^\\s+|\\s+$"), ""), QStringList{c.message}) << c.field;
+            EXPECT_EQ(Lines(order), lines) << c.field;
+            EXPECT_NEAR(StoredSum(order), sum, 0.01);
+        }
+        dialogs.Clear();
+        card->btnMaster->click();
+        EXPECT_EQ(dialogs.Texts(), QStringList({TOrdersCardFM::MasterQuestion, ApplicationErrorHeading + TOrdersCardFM::NoMasterText}));
+        EXPECT_EQ(Lines(order), lines);
+
+        // A discount of 100 is taken: the line's sum is 0 and leaves the order's total.
+        SetCell(card->frmOrdServ, 0, "DISCOUNT", 100);
+        EXPECT_EQ(Column(card->frmOrdServ, "SUMM"), QStringList{"0"});
+        EXPECT_NEAR(StoredSum(order), 40, 0.01);
+        EXPECT_NEAR(Total(card->TCX_SUMM_NETTO), 40, 0.01);
+        card->AdvGlowButton2->click();
+    });
+}
+
+} // namespace
