@@ -59,7 +59,7 @@ int fill(const QString &dataHome)
     run(dm, QStringLiteral(
                 "execute block as declare i integer = 1; begin while (i <= %1) do begin "
                 "insert into ORDERS (ID, CREATE_DATE, IDCUST, IDAUTO, SUMORDER, SUMPAY, DEL, COMMENT) values "
-                "(:i + 100000, current_date - mod(:i, 30), mod(:i, 1000) + 100001, mod(:i, 1000) + 100001, "
+                "(:i + 100000, cast('TODAY' as date) - mod(:i, 30), mod(:i, 1000) + 100001, mod(:i, 1000) + 100001, "
                 ":i * 10.5, :i * 3.25, 0, 'Замена масла и фильтров'); i = i + 1; end end")
                 .arg(kOrders));
     dm.pFIBTransaction1.Commit();

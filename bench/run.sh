@@ -21,21 +21,23 @@ out=$(mktemp -d)
 trap 'rm -rf "$out"' EXIT
 failed=0
 
-# Runs a benchmark and keeps its medians as CSV.
+# Runs a benchmark, keeping its aggregates as JSON.
 run() {
   local name=$1
   shift
-  echo "== $name" >&2
   "./build-release/bench/$name" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
-    --benchmark_format=csv "$@" 2>/dev/null | grep -E '^name|_median"' >"$out/$name.csv"
+    --benchmark_format=json "$@" >"$out/$name.json" 2>"$out/$name.err" || {
+    echo "$name failed:" >&2
+    tail -20 "$out/$name.err" >&2
+    exit 1
+  }
 }
 
-# field <bench> <benchmark name> <column>: a column of the median row of that benchmark.
+# field <bench> <benchmark name> <key>: a value of the median of that benchmark.
 field() {
-  awk -F, -v want="\"$2_median\"" -v col="$3" '
-    NR == 1 { for (i = 1; i <= NF; i++) if ($i == col) c = i; next }
-    { n = $1; sub(/\/iterations:[0-9]+/, "", n) }
-    n == want && c { print $c; exit }' "$out/$1.csv"
+  awk -v want="$2_median" -v key="\"$3\":" '
+    $1 == "\"name\":" { n = $2; gsub(/[",]/, "", n); sub(/\/iterations:[0-9]+/, "", n); sub(/\/manual_time/, "", n) }
+    n == want && $1 == key { v = $2; sub(/,$/, "", v); print v + 0; exit }' "$out/$1.json"
 }
 
 figure() { # <label> <value> <unit>

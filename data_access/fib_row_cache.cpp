@@ -74,7 +74,6 @@ char *TFIBRowCache::Allocate(size_t size)
         m_blocks.emplace_back(block);
         m_free = block;
         m_left = bytes;
-        m_reserved += bytes;
     }
     char *p = m_free;
     m_free += size;
@@ -147,7 +146,6 @@ void TFIBRowCache::Clear()
     m_free = nullptr;
     m_left = 0;
     m_nextBlock = 0;
-    m_reserved = 0;
 }
 
 QVariant TFIBRowCache::Value(int row, int column, bool trimText) const

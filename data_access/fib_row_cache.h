@@ -24,12 +24,8 @@ public:
     void Clear();
 
     int Count() const { return int(m_rows.size()); }
-    int ColumnCount() const { return int(m_columns.size()); }
-    bool IsNull(int row, int column) const { return m_rows[size_t(row)][column] != 0; }
     // The value of a column of a row; null for a null column. Text is trimmed of trailing blanks on request.
     QVariant Value(int row, int column, bool trimText) const;
-    // Bytes held in blocks, for measuring.
-    size_t Reserved() const { return m_reserved; }
 
 private:
     enum class Storage : char { Fixed, Varying, Blob };
@@ -55,5 +51,4 @@ private:
     char *m_free = nullptr;
     size_t m_left = 0;
     size_t m_nextBlock = 0;
-    size_t m_reserved = 0;
 };
