@@ -1,6 +1,7 @@
 // A grid frame over 100,000 rows: the first screen is shown without fetching the rest. Reports the
 // time of a refresh up to a painted first screen, the rows it fetched, and the process's peak memory;
-// then, for contrast, the same grid scrolled to its last row.
+// then the same grid taken to its last row by the scroll bar and by Ctrl+End, against the dataset's
+// own fetch of every row measured in the same process.
 #include "fib_dataset.h"
 #include "grid_frame.h"
 #include "grid_view.h"
@@ -8,6 +9,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <benchmark/benchmark.h>
 
@@ -82,6 +84,20 @@ void BM_FrameFirstScreen(benchmark::State &state)
     state.counters["rss_kB"] = statusKb("VmRSS:");
 }
 
+// The reference for the two below: the journal's dataset, bound to no grid, opened and fetched to the end.
+void BM_DataSetFetchAll(benchmark::State &state)
+{
+    Fixture &f = fixture();
+    for (auto _ : state) {
+        f.orders.Open();
+        f.orders.FetchAll();
+        if (f.orders.RecordCount() != kRows)
+            state.SkipWithError("wrong row count");
+        f.orders.Close();
+    }
+}
+
+// The scroll bar dragged to the bottom again and again until the last row is there.
 void BM_FrameScrolledToEnd(benchmark::State &state)
 {
     Fixture &f = fixture();
@@ -100,11 +116,31 @@ void BM_FrameScrolledToEnd(benchmark::State &state)
     state.counters["rss_kB"] = statusKb("VmRSS:");
 }
 
+void BM_FrameCtrlEnd(benchmark::State &state)
+{
+    Fixture &f = fixture();
+    Journal journal(&f.orders);
+    for (auto _ : state) {
+        journal.RefreshAndShow();
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_End, Qt::ControlModifier);
+        QCoreApplication::sendEvent(journal.frame.GridView, &key);
+        QCoreApplication::processEvents();
+        journal.frame.GridView->viewport()->repaint();
+        if (!f.orders.AllFetched() || f.orders.CurrentIndex() != kRows - 1)
+            state.SkipWithError("not on the last row");
+    }
+    state.counters["rows_fetched"] = f.orders.RecordCount();
+    state.counters["peak_rss_kB"] = statusKb("VmHWM:");
+    state.counters["rss_kB"] = statusKb("VmRSS:");
+}
+
 } // namespace
 
 // First screen first, so that its peak memory is not the full grid's.
 BENCHMARK(BM_FrameFirstScreen)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DataSetFetchAll)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FrameScrolledToEnd)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_FrameCtrlEnd)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 int main(int argc, char **argv)
 {

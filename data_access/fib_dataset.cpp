@@ -28,14 +28,6 @@ TFieldType fieldTypeOf(const TFIBColumnMeta &m)
     }
 }
 
-QString rtrimmed(const QString &s)
-{
-    qsizetype n = s.size();
-    while (n > 0 && s[n - 1] == QLatin1Char(' '))
-        --n;
-    return n == s.size() ? s : s.left(n);
-}
-
 bool isNumericType(TFieldType t)
 {
     return t == ftSmallint || t == ftInteger || t == ftLargeint || t == ftFloat || t == ftBCD;
@@ -198,10 +190,10 @@ void TFIBField::SetValue(const QVariant &value)
 class TFIBDataSet::FetchNotice
 {
 public:
-    explicit FetchNotice(TFIBDataSet *ds) : m_ds(ds), m_before(int(ds->m_rows.size())) {}
+    explicit FetchNotice(TFIBDataSet *ds) : m_ds(ds), m_before(ds->m_cache.Count()) {}
     ~FetchNotice()
     {
-        const int after = int(m_ds->m_rows.size());
+        const int after = m_ds->m_cache.Count();
         if (after > m_before && m_ds->m_state != dsInactive)
             emit m_ds->RowsFetched(m_before, after - 1);
     }
@@ -386,7 +378,7 @@ void TFIBDataSet::Open()
         Raise(QStringLiteral("Transaction not assigned for %1.").arg(objectName()));
     StartTransactionIfNeeded();
     Prepare();
-    m_rows.clear();
+    m_cache.SetColumns(m_select.Fields());
     m_changed.clear();
     m_calculated.clear();
     m_current = -1;
@@ -394,9 +386,9 @@ void TFIBDataSet::Open()
     m_allFetched = false;
     m_state = dsBrowse;
     FetchRow();
-    m_current = m_rows.isEmpty() ? -1 : 0;
+    m_current = IsEmpty() ? -1 : 0;
     m_bof = true;
-    m_eof = m_rows.isEmpty();
+    m_eof = IsEmpty();
     emit Opened();
     emit StateChanged(m_state);
     if (AfterOpen)
@@ -410,8 +402,7 @@ void TFIBDataSet::Close()
         return;
     m_state = dsInactive;
     m_select.Close();
-    m_rows.clear();
-    m_rows.squeeze();
+    m_cache.Clear();
     m_changed.clear();
     m_calculated.clear();
     m_editBuffer.clear();
@@ -443,40 +434,11 @@ bool TFIBDataSet::FetchRow()
         m_allFetched = true;
         return false;
     }
-    // Row bytes: an offset per column, then per column a null flag and the value as the library laid it.
-    TFIBXSQLDA &cols = m_select.Fields();
-    XSQLDA *da = cols.Handle();
-    const int n = cols.Count();
-    QByteArray row;
-    row.reserve(n * 4 + 64);
-    row.resize(n * 4);
-    for (int i = 0; i < n; ++i) {
-        const quint32 offset = quint32(row.size());
-        std::memcpy(row.data() + i * 4, &offset, 4);
-        const XSQLVAR &v = da->sqlvar[i];
-        const bool isNull = *v.sqlind < 0;
-        row.append(char(isNull ? 1 : 0));
-        if (isNull)
-            continue;
-        const short type = short(v.sqltype & ~1);
-        if (type == SQLVarying) {
-            short len;
-            std::memcpy(&len, v.sqldata, 2);
-            row.append(v.sqldata, 2 + len);
-        } else if (type == SQLBlob) {
-            const QByteArray text = cols.BlobValues().value(i).toString().toUtf8();
-            const qint32 len = qint32(text.size());
-            row.append(reinterpret_cast<const char *>(&len), 4);
-            row.append(text);
-        } else {
-            row.append(v.sqldata, v.sqllen);
-        }
-    }
-    m_rows.append(row);
+    m_cache.Append(m_select.Fields());
     if (m_hasCalcFields && OnCalcFields) {
         const int saved = m_current;
         const TDataSetState state = m_state;
-        m_current = int(m_rows.size()) - 1;
+        m_current = m_cache.Count() - 1;
         m_state = dsCalcFields;
         m_calculated[m_current].resize(m_fields.size() - m_dbFieldCount);
         try {
@@ -510,7 +472,7 @@ void TFIBDataSet::FetchAll()
 
 QVariant TFIBDataSet::StoredValue(int row, int field) const
 {
-    if (row < 0 || row >= m_rows.size() || field < 0 || field >= m_fields.size())
+    if (row < 0 || row >= m_cache.Count() || field < 0 || field >= m_fields.size())
         return QVariant();
     if (field >= m_dbFieldCount) {
         const auto it = m_calculated.constFind(row);
@@ -519,23 +481,7 @@ QVariant TFIBDataSet::StoredValue(int row, int field) const
     const auto changed = m_changed.constFind(row);
     if (changed != m_changed.constEnd())
         return changed->value(field);
-
-    const QByteArray &bytes = m_rows[row];
-    quint32 offset;
-    std::memcpy(&offset, bytes.constData() + field * 4, 4);
-    const char *p = bytes.constData() + offset;
-    if (*p)
-        return QVariant();
-    const TFIBColumnMeta &meta = const_cast<TFIBQuery &>(m_select).Fields().Meta(field);
-    if (meta.SQLType == SQLBlob) {
-        qint32 len;
-        std::memcpy(&len, p + 1, 4);
-        return QString::fromUtf8(p + 5, len);
-    }
-    QVariant v = DecodeColumnValue(meta, p + 1, false);
-    if ((Options & poTrimCharFields) && meta.IsText())
-        v = rtrimmed(v.toString());
-    return v;
+    return m_cache.Value(row, field, Options & poTrimCharFields);
 }
 
 QVariant TFIBDataSet::CurrentValue(int field) const
@@ -578,9 +524,9 @@ void TFIBDataSet::DoAfterScroll()
 bool TFIBDataSet::MoveTo(int index)
 {
     FetchNotice notice(this);
-    while (index >= m_rows.size() && FetchRow()) {
+    while (index >= m_cache.Count() && FetchRow()) {
     }
-    if (index < 0 || index >= m_rows.size())
+    if (index < 0 || index >= m_cache.Count())
         return false;
     if (m_state == dsEdit || m_state == dsInsert)
         Post();
@@ -594,7 +540,7 @@ void TFIBDataSet::First()
 {
     if (!Active())
         return;
-    if (m_rows.isEmpty()) {
+    if (IsEmpty()) {
         m_eof = m_bof = true;
         return;
     }
@@ -625,8 +571,8 @@ void TFIBDataSet::Last()
     if (!Active())
         return;
     FetchAll();
-    if (!m_rows.isEmpty())
-        MoveTo(int(m_rows.size()) - 1);
+    if (!IsEmpty())
+        MoveTo(m_cache.Count() - 1);
     m_eof = true;
 }
 
@@ -668,7 +614,7 @@ bool TFIBDataSet::Locate(const QString &keyFields, const QVariant &keyValues, in
     };
 
     for (int row = 0;; ++row) {
-        if (row >= m_rows.size() && !FetchRow())
+        if (row >= m_cache.Count() && !FetchRow())
             return false;
         if (matches(row))
             return MoveTo(row);

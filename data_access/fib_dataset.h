@@ -3,6 +3,7 @@
 // of a changed row through an update statement.
 
 #include "fib_query.h"
+#include "fib_row_cache.h"
 
 #include <QHash>
 #include <QObject>
@@ -129,9 +130,9 @@ public:
     void Last();
     bool Eof() const { return m_eof; }
     bool Bof() const { return m_bof; }
-    bool IsEmpty() const { return m_rows.isEmpty(); }
+    bool IsEmpty() const { return m_cache.Count() == 0; }
     // Rows fetched so far; never forces a fetch.
-    int RecordCount() const { return int(m_rows.size()); }
+    int RecordCount() const { return m_cache.Count(); }
     // Zero-based index of the current row, -1 when there is none.
     int CurrentIndex() const { return m_current; }
     bool MoveTo(int index);
@@ -190,9 +191,8 @@ private:
     int m_dbFieldCount = 0;
     bool m_hasCalcFields = false;
 
-    // The cache: each fetched row in a compact byte form of the client library's layout, with an offset
-    // per column; rows changed by a post keep their values apart.
-    QVector<QByteArray> m_rows;
+    // The fetched rows as the client library laid them out; rows changed by a post keep their values apart.
+    TFIBRowCache m_cache;
     QHash<int, QVector<QVariant>> m_changed;
     QHash<int, QVector<QVariant>> m_calculated;
     QVector<QVariant> m_editBuffer;

@@ -201,7 +201,9 @@ void TGridModel::fetchMore(const QModelIndex &parent)
     if (!canFetchMore(parent))
         return;
     try {
-        m_dataSet->FetchMore(FetchBatch);
+        // Every ask costs the view a layout and a paint: asks that double the rows reach the end of a
+        // long select in a handful of them rather than in one per hundred rows.
+        m_dataSet->FetchMore(qMax(FetchBatch, m_dataSet->RecordCount()));
     } catch (...) {
         HandleCurrentException();
     }

@@ -23,7 +23,8 @@ public:
     TDataSource *DataSource() const { return m_source; }
     TFIBDataSet *DataSet() const { return m_source ? m_source->DataSet() : nullptr; }
 
-    // Rows asked of the dataset each time the view wants more.
+    // Rows asked of the dataset the first time the view wants more; each later ask brings at least as
+    // many rows as the grid already holds.
     int FetchBatch = 100;
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;

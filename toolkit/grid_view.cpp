@@ -335,6 +335,19 @@ void TDBGridView::currentChanged(const QModelIndex &current, const QModelIndex &
     }
 }
 
+QModelIndex TDBGridView::moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers)
+{
+    TFIBDataSet *ds = DataSet();
+    if (cursorAction == MoveEnd && (modifiers & Qt::ControlModifier) && ds && ds->Active() && !ds->AllFetched()) {
+        try {
+            ds->FetchAll();
+        } catch (...) {
+            HandleCurrentException();
+        }
+    }
+    return QTableView::moveCursor(cursorAction, modifiers);
+}
+
 void TDBGridView::mouseDoubleClickEvent(QMouseEvent *event)
 {
     QTableView::mouseDoubleClickEvent(event);

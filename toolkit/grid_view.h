@@ -75,6 +75,8 @@ signals:
     void FooterVisibleChanged(bool visible);
 
 protected:
+    // Ctrl+End goes to the select's last row, fetching the rest at once.
+    QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;

@@ -217,3 +217,79 @@ TEST_F(DataSet, CalculatedFieldsAreFilledPerRowAsRowsArrive)
     EXPECT_DOUBLE_EQ(ds.FieldByName("PRICE2")->AsFloat(), 30.0);
     EXPECT_DOUBLE_EQ(ds.RowValue(3, ds.FieldByName("PRICE2")->Index()).toDouble(), 12.0);
 }
+
+TEST(DataSetCache, EveryKindOfValueReadsBackAfterTheCacheHasGrown)
+{
+    TestDatabase t;
+    t.Exec("create table T (ID integer not null primary key, S smallint, AMOUNT numeric(9,2), X double precision, "
+           "D date, CODE char(6), NAME varchar(2000), NOTE blob sub_type 1)");
+    // Long names on 3,000 rows fill several blocks of the cache; row 2 holds a blob larger than the
+    // blocks before it. Each column is null on its own rhythm.
+    t.Exec("execute block as declare i integer = 1; begin while (i <= 3000) do begin "
+           "insert into T values (:i, iif(mod(:i, 7) = 0, null, mod(:i, 100)), "
+           "iif(mod(:i, 11) = 0, null, :i * 1.25), :i * 0.5, "
+           "iif(mod(:i, 13) = 0, null, cast('01.01.2026' as date) + :i), "
+           "iif(mod(:i, 17) = 0, null, 'C' || mod(:i, 1000)), "
+           "iif(mod(:i, 19) = 0, null, rpad('', mod(:i * 37, 1500), 'ж') || ' Имя ' || :i), "
+           "iif(:i = 2, rpad('', 10000, 'ю'), iif(mod(:i, 5) = 0, 'Заметка ' || :i, null))); "
+           "i = i + 1; end end");
+    t.Tr().Commit();
+
+    TpFIBDataSet ds;
+    ds.setObjectName("Cache");
+    ds.SetDatabase(&t.Db());
+    ds.SetTransaction(&t.Tr());
+    ds.SetSelectSQL("select ID, S, AMOUNT, X, D, CODE, NAME, NOTE from T order by ID");
+    ds.UpdateSQL = "update T set ID = :OLD_ID where ID = :OLD_ID";
+    ds.Open();
+    EXPECT_EQ(ds.RecordCount(), 1);
+    ds.FetchAll();
+    ASSERT_EQ(ds.RecordCount(), 3000);
+
+    auto value = [&](int row, const char *name) { return ds.RowValue(row, ds.FieldByName(name)->Index()); };
+    int checked = 0;
+    for (int row = 0; row < 3000; ++row) {
+        const int i = row + 1;
+        SCOPED_TRACE(i);
+        EXPECT_EQ(value(row, "ID").toInt(), i);
+        EXPECT_EQ(value(row, "S"), i % 7 == 0 ? QVariant() : QVariant(i % 100));
+        if (i % 11 == 0)
+            EXPECT_FALSE(value(row, "AMOUNT").isValid());
+        else
+            EXPECT_DOUBLE_EQ(value(row, "AMOUNT").toDouble(), i * 1.25);
+        EXPECT_DOUBLE_EQ(value(row, "X").toDouble(), i * 0.5);
+        EXPECT_EQ(value(row, "D"), i % 13 == 0 ? QVariant() : QVariant(QDateTime(QDate(2026, 1, 1).addDays(i), QTime(0, 0))));
+        EXPECT_EQ(value(row, "CODE"), i % 17 == 0 ? QVariant() : QVariant(QString("C%1").arg(i % 1000)));
+        EXPECT_EQ(value(row, "NAME"), i % 19 == 0 ? QVariant()
+                                                  : QVariant(QString(i * 37 % 1500, QChar(u'ж')) + QString(" Имя %1").arg(i)));
+        const QVariant note = i == 2 ? QVariant(QString(10000, QChar(u'ю')))
+                                     : i % 5 == 0 ? QVariant(QString("Заметка %1").arg(i)) : QVariant();
+        EXPECT_EQ(value(row, "NOTE"), note);
+        if (::testing::Test::HasFailure())
+            break;
+        ++checked;
+    }
+    EXPECT_EQ(checked, 3000);
+
+    // A row fetched first, edited after the cache has grown: the edit lands on that row alone.
+    ASSERT_TRUE(ds.Locate("ID", 2));
+    ds.Edit();
+    ds.FieldByName("NAME")->SetValue("Новое");
+    ds.FieldByName("NOTE")->Clear();
+    ds.Post();
+    EXPECT_EQ(ds.CurrentIndex(), 1);
+    EXPECT_EQ(value(1, "NAME").toString(), "Новое");
+    EXPECT_FALSE(value(1, "NOTE").isValid());
+    EXPECT_EQ(value(1, "S").toInt(), 2);
+    EXPECT_EQ(value(0, "NAME").toString(), QString(37, QChar(u'ж')) + " Имя 1");
+    EXPECT_EQ(value(2, "NAME").toString(), QString(111, QChar(u'ж')) + " Имя 3");
+
+    // Reopened, the cache starts again from the first row with what the database holds.
+    ds.Close();
+    ds.Open();
+    EXPECT_EQ(ds.RecordCount(), 1);
+    EXPECT_EQ(ds.FieldByName("ID")->AsInteger(), 1);
+    ASSERT_TRUE(ds.Locate("ID", 2));
+    EXPECT_EQ(ds.FieldByName("NOTE")->AsString(), QString(10000, QChar(u'ю')));
+    EXPECT_EQ(ds.RecordCount(), 2);
+}

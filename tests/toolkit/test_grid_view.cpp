@@ -156,6 +156,57 @@ TEST_F(GridViewTest, FooterSumsCoverEveryRow)
     EXPECT_TRUE(grid->Footer()->isVisible());
 }
 
+TEST_F(GridViewTest, EachAskAtTheEndDoublesTheRowsAndCtrlEndGoesToTheLastRow)
+{
+    TpFIBDataSet *ds = Open("select * from MANY_ROWS(5000)");
+    TDBGridView *view = View(ds);
+    QScrollBar *bar = view->verticalScrollBar();
+    int asks = 0;
+    while (!ds->AllFetched() && asks < 100) {
+        const int before = view->RowCount();
+        bar->setValue(bar->maximum());
+        QCoreApplication::processEvents();
+        ++asks;
+        EXPECT_EQ(view->RowCount(), ds->RecordCount());
+        if (!ds->AllFetched())
+            EXPECT_GE(view->RowCount(), 2 * before);
+    }
+    EXPECT_EQ(view->RowCount(), 5000);
+    // 101 rows doubled six times are more than 5,000.
+    EXPECT_LE(asks, 7);
+
+    // Ctrl+End from a fresh first screen.
+    ds->Close();
+    ds->Open();
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(ds->AllFetched());
+    QTest::keyClick(view, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_TRUE(ds->AllFetched());
+    EXPECT_EQ(view->RowCount(), 5000);
+    EXPECT_EQ(view->currentIndex().row(), 4999);
+    EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 5000);
+    QTest::keyClick(view, Qt::Key_Home, Qt::ControlModifier);
+    EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 1);
+}
+
+TEST_F(GridViewTest, FooterSumsFollowAPostedValueAndAReopen)
+{
+    TpFIBDataSet *ds = Open("select * from MANY_ROWS(3000)");
+    TDBGridView *view = View(ds);
+    view->SetFooterVisible(true);
+    view->Summary()->Add(view->FindColumnByFieldName("ID"), "0");
+    EXPECT_DOUBLE_EQ(view->Summary()->Sum(0).toDouble(), 3000.0 * 3001 / 2);
+    ASSERT_TRUE(ds->Locate("ID", 2999));
+    ds->Edit();
+    ds->FieldByName("ID")->SetValue(1);
+    ds->Post();
+    EXPECT_DOUBLE_EQ(view->Summary()->Sum(0).toDouble(), 3000.0 * 3001 / 2 - 2998);
+    ds->Close();
+    ds->Open();
+    EXPECT_DOUBLE_EQ(view->Summary()->Sum(0).toDouble(), 3000.0 * 3001 / 2);
+    EXPECT_EQ(view->RowCount(), 3000);
+}
+
 TEST_F(GridViewTest, CellsAreEditedOnlyWhereAWindowAllowsIt)
 {
     TpFIBDataSet *ds = Open("select * from GOODS order by ID");
