@@ -43,14 +43,14 @@ TEST_F(Errors, WithoutAnalysisTheWholeMessageArrivesInItsParts)
         EXPECT_EQ(e.SQLCode, -836);
         EXPECT_EQ(e.IBErrorCode, 335544517);
         EXPECT_EQ(TpFibErrorHandler::KindOf(e), keException);
-        const QStringList lines = e.Message().split("\r\n");
+        QStringList lines = e.Message().split("\r\n");
         ASSERT_GE(lines.size(), 7) << e.Message().toStdString();
-        EXPECT_EQ(lines[0], "Query:");
-        EXPECT_TRUE(lines[2].startsWith("SQL error state =")) << lines[2].toStdString();
-        EXPECT_EQ(lines[3], "Exception 1.");
-        EXPECT_EQ(lines[4], "AUTO_HAS_ORDERS.");
-        EXPECT_EQ(RepairUtf8Message(lines[5]), "По автомобилю имелись заказы. Удаление запрещено.");
-        EXPECT_TRUE(lines[6].startsWith("At procedure")) << lines[6].toStdString();
+        lines[2] = lines[2].left(17);
+        lines[5] = RepairUtf8Message(lines[5]);
+        lines[6] = lines[6].left(12);
+        EXPECT_EQ(QStringList({lines[0], lines[2], lines[3], lines[4], lines[5], lines[6]}).join('|'),
+                  "Query:|SQL error state =|Exception 1.|AUTO_HAS_ORDERS.|"
+                  "По автомобилю имелись заказы. Удаление запрещено.|At procedure");
     }
     EXPECT_TRUE(t.Tr().Active());
 }
@@ -58,14 +58,11 @@ TEST_F(Errors, WithoutAnalysisTheWholeMessageArrivesInItsParts)
 TEST_F(Errors, UserExceptionIsCutDownToItsRussianText)
 {
     InstallRepairHook(handler);
-    const QString text = ErrorOf([&] { q->ExecProcedure("spAutoDel", {1}); });
-    EXPECT_TRUE(text.startsWith("\r\n")) << text.toStdString();
-    EXPECT_EQ(text.trimmed(), "По автомобилю имелись заказы. Удаление запрещено.");
+    EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spAutoDel", {1}); }),
+              "\r\nПо автомобилю имелись заказы. Удаление запрещено.\r\n");
     EXPECT_EQ(handler.LastErrorKind, keException);
     EXPECT_EQ(handler.ExceptionName, "AUTO_HAS_ORDERS");
     EXPECT_GT(handler.ExceptionNumber, 0);
-    EXPECT_EQ("Ошибка при удалении.\r\nТекст ошибки:\r\n" + text,
-              "Ошибка при удалении.\r\nТекст ошибки:\r\n\r\nПо автомобилю имелись заказы. Удаление запрещено.\r\n");
 
     EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spTest"); }).trimmed(), "Test.");
     // The query stays usable and the earlier work stays in the transaction.

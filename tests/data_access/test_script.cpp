@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -193,11 +192,9 @@ TEST(ScriptSplit, KindsObjectKindsAndNames)
         {"REINSERT", skReinsert, sokNone, ""},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.text);
         const TFIBScriptStatement st = only(QString::fromUtf8(c.text) + ";");
-        EXPECT_EQ(st.Kind, c.kind);
-        EXPECT_EQ(st.ObjectKind, c.objectKind);
-        EXPECT_EQ(st.ObjectName, QString::fromUtf8(c.name));
+        EXPECT_EQ(QString("%1 %2 %3").arg(st.Kind).arg(st.ObjectKind).arg(st.ObjectName),
+                  QString("%1 %2 %3").arg(c.kind).arg(c.objectKind).arg(c.name)) << c.text;
     }
 }
 
@@ -434,26 +431,4 @@ TEST(ScriptDatabase, CreateConnectDisconnectAndDropDatabase)
     s.ExecuteScript();
     EXPECT_FALSE(db.Connected());
     EXPECT_FALSE(QFile::exists(path));
-}
-
-TEST(ScriptDeploy, FirstDeploymentScriptBuildsTheSchema)
-{
-    const QString file = QFileInfo(QStringLiteral(__FILE__)).dir().filePath("../../db/script_tab.sql");
-    if (!QFile::exists(file))
-        GTEST_SKIP() << "no script_tab.sql";
-    TestDatabase t;
-    TpFIBScripter s;
-    s.setObjectName("ScriptTables");
-    s.SetDatabase(&t.Db());
-    s.SetTransaction(&t.Tr());
-    s.LoadScriptFromFile(file);
-    s.ExecuteScript(1);
-
-    EXPECT_EQ(s.StatementsCount(), 282);
-    EXPECT_FALSE(t.Tr().Active()); // the script ends with COMMIT
-    EXPECT_EQ(t.Scalar("select count(*) from rdb$relations where rdb$system_flag = 0").toInt(), 39);
-    EXPECT_EQ(t.Scalar("select count(*) from rdb$triggers where rdb$system_flag = 0").toInt(), 57);
-    EXPECT_EQ(t.Scalar("select count(*) from rdb$exceptions").toInt(), 7);
-    EXPECT_EQ(t.Scalar("select ID from CUST").toInt(), 1);
-    EXPECT_EQ(t.Scalar("select PVALUE from CONFIG where PNAME = 'ORDERSTEXT'").toString(), "Заказ");
 }

@@ -61,27 +61,17 @@ TEST(AmountInWords, NegativeAmountAndBadDigitsRaise)
 
 TEST(AmountInWords, PiecesFollowTheirTables)
 {
-    EXPECT_EQ(DigitWord("1", 3, 2), "одна");
-    EXPECT_EQ(DigitWord("2", 3, 2), "две");
-    EXPECT_EQ(DigitWord("2", 3, 1), "два");
-    EXPECT_EQ(DigitWord("0", 4, 1), "десять");
-    EXPECT_EQ(DigitWord("4", 2, 1), "сорок");
-    EXPECT_EQ(GroupWord(1, "000"), "тысяч");
-    EXPECT_EQ(GroupWord(1, "1"), "тысяча");
-    EXPECT_EQ(GroupWord(1, "013"), "тысяч");
-    EXPECT_EQ(GroupWord(3, "22"), "миллиарда");
-    EXPECT_EQ(GroupWord(0, "5"), "");
-    EXPECT_EQ(GroupWord(5, "5"), "");
-    EXPECT_EQ(TripletWords("115", 1), "сто пятнадцать");
-    EXPECT_EQ(TripletWords("010", 1), "десять");
-    EXPECT_EQ(TripletWords("302", 2), "триста  две");
+    EXPECT_EQ(QStringList({DigitWord("1", 3, 2), DigitWord("2", 3, 2), DigitWord("2", 3, 1), DigitWord("0", 4, 1),
+                           DigitWord("4", 2, 1)}).join('/'), "одна/две/два/десять/сорок");
+    EXPECT_EQ(QStringList({GroupWord(1, "000"), GroupWord(1, "1"), GroupWord(1, "013"), GroupWord(3, "22"),
+                           GroupWord(0, "5"), GroupWord(5, "5")}).join('/'), "тысяч/тысяча/тысяч/миллиарда//");
+    EXPECT_EQ(QStringList({TripletWords("115", 1), TripletWords("010", 1), TripletWords("302", 2)}).join('/'),
+              "сто пятнадцать/десять/триста  две");
 }
 
 TEST(CommonRoutines, MoneyTextAndNullFilters)
 {
-    EXPECT_EQ(FormatMoney(1234.5), "1234.50 р. ");
-    EXPECT_EQ(FormatMoney(0), "0.00 р. ");
-    EXPECT_EQ(FormatMoney(-2.5), "-2.50 р. ");
+    EXPECT_EQ(FormatMoney(1234.5) + FormatMoney(0) + FormatMoney(-2.5), "1234.50 р. 0.00 р. -2.50 р. ");
     CurrencyWords().Val1 = "$";
     EXPECT_EQ(FormatMoney(7), "7.00 $ ");
     CurrencyWords() = TCurrencyWords();

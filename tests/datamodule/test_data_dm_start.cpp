@@ -1,7 +1,7 @@
 // The data module's start: folders, "TRACE", creation, five tries, deployment and the commit at the end.
 #include "data_dm.h"
 #include "scripted_dialogs.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,15 +45,34 @@ protected:
 
     QString dbPath() const { return home.path() + "/Kelvarion/db/database.fdb"; }
 
-    int count(TDataDM &dm, const QString &sql)
+    // The first column of the first row, as text.
+    QString first(TDataDM &dm, const QString &sql)
     {
         dm.pFIBTransaction1.StartTransaction();
         dm.Query.SetSQLText(sql);
         dm.Query.ExecQuery();
         dm.Query.Next();
-        const int n = dm.Query.Fields(0).AsInteger();
+        const QString value = dm.Query.Fields(0).AsString();
         dm.Query.Close();
-        return n;
+        return value;
+    }
+    int count(TDataDM &dm, const QString &sql) { return first(dm, sql).toInt(); }
+    int objects(TDataDM &dm, const char *table, const char *name)
+    {
+        return count(dm, QString("select count(*) from rdb$%1s where rdb$%1_name = '%2'").arg(table, name));
+    }
+    void execute(TDataDM &dm, const QString &sql)
+    {
+        dm.Query.SetSQLText(sql);
+        dm.Query.ExecQuery();
+    }
+    // A start that could not go on: one E1001 message and the request to end.
+    void expectFailedStart(TDataDM &dm)
+    {
+        EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
+        ASSERT_EQ(dialogs.Texts().size(), 1);
+        EXPECT_TRUE(dialogs.Texts()[0].startsWith("E1001: "));
+        EXPECT_TRUE(ApplicationTerminateRequested());
     }
 
     QTemporaryDir home;
@@ -66,30 +85,28 @@ protected:
 
 TEST_F(Start, FirstStartCreatesTheFoldersAndDeploysTheScripts)
 {
+    // The update script runs after the others, only on a new database.
+    writeOverride("script_update.txt", "INSERT INTO CONFIG VALUES (2, 'ДОБАВЛЕНО');\nCOMMIT;\n");
     {
         TDataDM dm(nullptr, {"kelvarion"});
         EXPECT_EQ(DataDM, &dm);
-        EXPECT_EQ(dm.DataFolder, home.path() + "/Kelvarion/");
-        EXPECT_EQ(dm.DbFolder, dm.DataFolder + "db/");
-        EXPECT_EQ(dm.DocFolder, dm.DataFolder + "doc/");
-        EXPECT_EQ(dm.DbFileName, dbPath());
-        EXPECT_EQ(dm.pFIBDatabaseMain.DBName, dbPath());
-        EXPECT_TRUE(dm.IsNewDatabase());
-        EXPECT_TRUE(dm.pFIBDatabaseMain.Connected());
-        EXPECT_EQ(dm.ConnectTries, 1);
-        EXPECT_TRUE(dialogs.Texts().isEmpty());
-        EXPECT_FALSE(ApplicationTerminateRequested());
-        EXPECT_FALSE(QFileInfo::exists(dm.DocFolder));
-        EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
-        EXPECT_EQ(count(dm, "select count(*) from rdb$procedures where rdb$procedure_name = 'SPPING'"), 1);
+        const QString data = home.path() + "/Kelvarion/";
+        EXPECT_EQ(QStringList({dm.DataFolder, dm.DbFolder, dm.DocFolder, dm.DbFileName, dm.pFIBDatabaseMain.DBName}),
+                  QStringList({data, data + "db/", data + "doc/", dbPath(), dbPath()}));
+        // new, connected, tries, messages, end requested, doc folder made, CONFIG rows, SPPING made
+        EXPECT_EQ(QString("%1 %2 %3 %4 %5 %6 %7 %8")
+                      .arg(dm.IsNewDatabase()).arg(dm.pFIBDatabaseMain.Connected()).arg(dm.ConnectTries)
+                      .arg(dialogs.Texts().size()).arg(ApplicationTerminateRequested())
+                      .arg(QFileInfo::exists(dm.DocFolder)).arg(count(dm, "select count(*) from CONFIG"))
+                      .arg(objects(dm, "procedure", "SPPING")),
+                  "1 1 1 0 0 0 2 1");
     }
     EXPECT_EQ(DataDM, nullptr);
 
     // The second start opens the same file as it is, whatever lies beside the program.
-    writeOverride("script_update.txt", "INSERT INTO CONFIG VALUES (2, 'X');\nCOMMIT;\n");
     TDataDM again(nullptr, {"kelvarion"});
     EXPECT_FALSE(again.IsNewDatabase());
-    EXPECT_EQ(count(again, "select count(*) from CONFIG"), 1);
+    EXPECT_EQ(count(again, "select count(*) from CONFIG"), 2);
 }
 
 TEST_F(Start, TraceAsFirstArgumentInAnyCaseThrowsTheDatabaseAway)
@@ -97,8 +114,7 @@ TEST_F(Start, TraceAsFirstArgumentInAnyCaseThrowsTheDatabaseAway)
     {
         TDataDM dm(nullptr, {"kelvarion"});
         count(dm, "select count(*) from CONFIG");
-        dm.Query.SetSQLText("insert into CONFIG values (5, 'MARK')");
-        dm.Query.ExecQuery();
+        execute(dm, "insert into CONFIG values (5, 'MARK')");
     } // committed at destroy
     {
         TDataDM dm(nullptr, {"kelvarion", "x", "TRACE"});
@@ -110,29 +126,19 @@ TEST_F(Start, TraceAsFirstArgumentInAnyCaseThrowsTheDatabaseAway)
     EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
 }
 
-TEST_F(Start, UpdateScriptRunsAfterTheOthersOnlyWhenItsFileExists)
-{
-    writeOverride("script_update.txt", "INSERT INTO CONFIG VALUES (2, 'ДОБАВЛЕНО');\nCOMMIT;\n");
-    TDataDM dm(nullptr, {"kelvarion"});
-    EXPECT_TRUE(dialogs.Texts().isEmpty());
-    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
-}
-
 TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
 {
     writeOverride("script_tab.txt", "CREATE TABLE CONFIG (ID integer);\nINSERT INTO NOSUCH VALUES (1);\n"
                                     "CREATE TABLE LATER (ID integer);\n");
     {
         TDataDM dm(nullptr, {"kelvarion"});
-        ASSERT_EQ(dialogs.Texts().size(), 1);
-        EXPECT_EQ(dialogs.Texts()[0], "E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\n"
-                                    "Обратитесь к системному администратору.");
+        EXPECT_EQ(dialogs.Texts(), QStringList{"E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\n"
+                                               "Обратитесь к системному администратору."});
         EXPECT_TRUE(ApplicationTerminateRequested());
         EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_tab.txt ")) << dm.LastScriptError().toStdString();
         EXPECT_TRUE(dm.LastScriptError().contains("NOSUCH"));
-        EXPECT_EQ(count(dm, "select count(*) from rdb$relations where rdb$relation_name = 'CONFIG'"), 1);
-        EXPECT_EQ(count(dm, "select count(*) from rdb$relations where rdb$relation_name = 'LATER'"), 0);
-        EXPECT_EQ(count(dm, "select count(*) from rdb$procedures where rdb$procedure_name = 'SPPING'"), 0);
+        EXPECT_EQ(QString("%1%2%3").arg(objects(dm, "relation", "CONFIG")).arg(objects(dm, "relation", "LATER"))
+                      .arg(objects(dm, "procedure", "SPPING")), "100");
     }
     // The half-made file is opened as it is at the next start.
     dialogs.Clear();
@@ -152,11 +158,8 @@ TEST_F(Start, UnattachableFileIsTriedFiveTimesWithOneMessage)
 
     TDataDM dm(nullptr, {"kelvarion"});
     EXPECT_EQ(dm.ConnectTries, 5);
-    EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
     EXPECT_FALSE(dm.IsNewDatabase());
-    ASSERT_EQ(dialogs.Texts().size(), 1);
-    EXPECT_TRUE(dialogs.Texts()[0].startsWith("E1001: "));
-    EXPECT_TRUE(ApplicationTerminateRequested());
+    expectFailedStart(dm);
 }
 
 TEST_F(Start, FolderThatCannotBeCreatedEndsInE1001)
@@ -165,11 +168,7 @@ TEST_F(Start, FolderThatCannotBeCreatedEndsInE1001)
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
     qputenv("XDG_DATA_HOME", home.filePath("blocked").toLocal8Bit());
-    TDataDM dm(nullptr, {"kelvarion"});
-    EXPECT_FALSE(dm.pFIBDatabaseMain.Connected());
-    ASSERT_EQ(dialogs.Texts().size(), 1);
-    EXPECT_TRUE(dialogs.Texts()[0].startsWith("E1001: "));
-    EXPECT_TRUE(ApplicationTerminateRequested());
+    expectFailedStart(*std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"}));
 }
 
 TEST_F(Start, UnreadableOverrideFallsBackToTheBuiltInText)
@@ -188,29 +187,18 @@ TEST_F(Start, TheRunIsOneTransactionCommittedAtDestroy)
     {
         TDataDM dm(nullptr, {"kelvarion"});
         count(dm, "select count(*) from CONFIG");
-        dm.Query.SetSQLText("insert into CONFIG values (7, 'Сохранится')");
-        dm.Query.ExecQuery();
+        execute(dm, "insert into CONFIG values (7, 'Сохранится')");
         dm.Query.ExecProcedure("spPing");
         EXPECT_EQ(dm.Query.Fields(0).AsInteger(), 1);
     }
     {
         TDataDM dm(nullptr, {"kelvarion"});
-        EXPECT_EQ(count(dm, "select count(*) from CONFIG where ID = 7"), 1);
-        dm.Query.SetSQLText("select PNAME from CONFIG where ID = 7");
-        dm.Query.ExecQuery();
-        ASSERT_TRUE(dm.Query.Next());
-        EXPECT_EQ(dm.Query.Fields(0).AsString(), "Сохранится");
-        dm.Query.SetSQLText("delete from CONFIG");
-        dm.Query.ExecQuery();
+        EXPECT_EQ(first(dm, "select list(PNAME) from CONFIG where ID = 7"), "Сохранится");
+        execute(dm, "delete from CONFIG");
         dm.pFIBDatabaseMain.Close(); // as if killed: nothing of this run is kept
     }
     TDataDM dm(nullptr, {"kelvarion"});
     // Nothing opened since the last commit: the end of the run has nothing to commit.
-    try {
-        dm.DataModuleDestroy();
-        FAIL();
-    } catch (const EFIBError &e) {
-        EXPECT_EQ(e.Message(), "pFIBTransaction1 :Transaction is not active.");
-    }
+    EXPECT_EQ(ErrorOf([&] { dm.DataModuleDestroy(); }), "pFIBTransaction1 :Transaction is not active.");
     EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
 }

@@ -71,8 +71,7 @@ TEST_F(GridViewTest, FetchesOnlyWhatItShowsAndTheCurrentRowFollowsTheDataSet)
     ds->Close();
     EXPECT_EQ(view->RowCount(), 0);
     ds->Open();
-    EXPECT_EQ(view->RowCount(), ds->RecordCount());
-    EXPECT_EQ(view->currentIndex().row(), 0);
+    EXPECT_EQ(QList<int>({view->RowCount(), view->currentIndex().row()}), QList<int>({ds->RecordCount(), 0}));
 }
 
 TEST_F(GridViewTest, EachKindShowsItsValuesItsOwnWay)
@@ -105,9 +104,9 @@ TEST_F(GridViewTest, EachKindShowsItsValuesItsOwnWay)
     EXPECT_EQ(texts(kind), QStringList({"Масло", "", ""}));
     EXPECT_EQ(texts(paid), QStringList({"true", "false", "false"}));
     TGridModel *model = view->Model();
-    EXPECT_EQ(model->data(model->index(0, paid->Index()), Qt::CheckStateRole).toInt(), Qt::Checked);
-    EXPECT_EQ(model->data(model->index(2, paid->Index()), Qt::CheckStateRole).toInt(), Qt::Unchecked);
-    EXPECT_TRUE(model->data(model->index(0, price->Index()), Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
+    const auto role = [&](int row, TGridColumn *column, int r) { return model->data(model->index(row, column->Index()), r).toInt(); };
+    EXPECT_EQ(QList<int>({role(0, paid, Qt::CheckStateRole), role(2, paid, Qt::CheckStateRole)}), QList<int>({Qt::Checked, Qt::Unchecked}));
+    EXPECT_TRUE(role(0, price, Qt::TextAlignmentRole) & Qt::AlignRight);
 
     // Lookup texts follow their list when it is opened again.
     EXPECT_EQ(view->DisplayText(1, kind->Index()), "");
@@ -224,10 +223,9 @@ TEST_F(GridViewTest, CellsAreEditedOnlyWhereAWindowAllowsIt)
 
     QSignalSpy edited(view, &TDBGridView::EditValueChanged);
     ASSERT_TRUE(model->setData(cell, "Фильтр масляный", Qt::EditRole));
-    EXPECT_EQ(ds->CurrentIndex(), 1);
-    EXPECT_EQ(ds->State(), dsEdit);
-    EXPECT_EQ(ds->FieldByName("NAME")->AsString(), "Фильтр масляный");
-    EXPECT_EQ(view->DisplayText(1, name->Index()), "Фильтр масляный");
+    EXPECT_EQ(QString("%1 %2 %3 %4").arg(ds->CurrentIndex()).arg(ds->State() == dsEdit)
+                  .arg(ds->FieldByName("NAME")->AsString(), view->DisplayText(1, name->Index())),
+              "1 1 Фильтр масляный Фильтр масляный");
     QCoreApplication::processEvents();
     ASSERT_EQ(edited.count(), 1);
     EXPECT_EQ(edited[0][0].value<TGridColumn *>(), name);
