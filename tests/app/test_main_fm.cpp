@@ -248,7 +248,7 @@ TEST_F(MainWindow, RequisitsOptionsAndAboutRunModally)
             card->AdvGlowButton2->click();
         })
         .Then([&](QWidget *modal) {
-            EXPECT_EQ(modal, OptionsFM) << "options run in their global";
+            ASSERT_EQ(modal, OptionsFM) << "options run in their global";
             OptionsFM->cxTextEdit1->setText("грн.");
             OptionsFM->AdvGlowButton1->click();
         });
