@@ -2,6 +2,7 @@
 // time of a refresh up to a painted first screen, the rows it fetched, and the process's peak memory;
 // then the same grid taken to its last row by the scroll bar and by Ctrl+End, against the dataset's
 // own fetch of every row measured in the same process.
+#include "bench_support.h"
 #include "fib_dataset.h"
 #include "grid_frame.h"
 #include "grid_view.h"
@@ -11,23 +12,10 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QScrollBar>
-#include <benchmark/benchmark.h>
 
 namespace {
 
 constexpr int kRows = OrdersTable::Rows;
-
-// Peak and present resident memory of the process, in kB.
-double statusKb(const char *key)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith(key))
-            return line.mid(qstrlen(key)).trimmed().split(' ').first().toDouble();
-    return 0;
-}
 
 // The table and the journal's dataset over it.
 struct Fixture
@@ -148,10 +136,5 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     fixture();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

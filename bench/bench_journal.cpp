@@ -4,6 +4,8 @@
 //
 // The orders are written by a child process into a deployed database under a data folder of its own,
 // so that this process, like the program on an existing database, only attaches it.
+#include "bench_shop.h"
+#include "bench_support.h"
 #include "data_dm.h"
 #include "fib_dataset.h"
 #include "grid_frame.h"
@@ -15,54 +17,17 @@
 #include <QKeyEvent>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 #include <cstdio>
 #include <memory>
 
 namespace {
 
-constexpr int kOrders = 100000;
-
-double statusKb(const char *key)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith(key))
-            return line.mid(qstrlen(key)).trimmed().split(' ').first().toDouble();
-    return 0;
-}
-
-void run(TDataDM &dm, const QString &sql)
-{
-    if (!dm.pFIBTransaction1.Active())
-        dm.pFIBTransaction1.StartTransaction();
-    TpFIBQuery q;
-    q.SetDatabase(&dm.pFIBDatabaseMain);
-    q.SetTransaction(&dm.pFIBTransaction1);
-    q.SetSQLText(sql);
-    q.ExecQuery();
-}
-
-// Deploys the database under `dataHome` and writes 1,000 customers, 1,000 vehicles and the orders.
+// Deploys the database under `dataHome` and writes the shop into it.
 int fill(const QString &dataHome)
 {
     qputenv("XDG_DATA_HOME", dataHome.toLocal8Bit());
     TDataDM dm(nullptr, QStringList{QStringLiteral("kelvarion")});
-    run(dm, QStringLiteral(
-                "execute block as declare i integer = 1; begin while (i <= 1000) do begin "
-                "insert into CUST (ID, CUSTNAME, MOBI_PHONE, ADDRESS) values (:i + 100000, "
-                "'Иванов Иван Иванович ' || :i, '+7 900 000-' || :i, 'г. Москва, ул. Ленина, д. ' || :i); "
-                "insert into AUTO (ID, REG, VIN, DRIVE, COLNAME) values (:i + 100000, 'А' || :i || 'ВС77', "
-                "'XTA2107' || :i, 'задний', 'белый'); i = i + 1; end end"));
-    run(dm, QStringLiteral(
-                "execute block as declare i integer = 1; begin while (i <= %1) do begin "
-                "insert into ORDERS (ID, CREATE_DATE, IDCUST, IDAUTO, SUMORDER, SUMPAY, DEL, COMMENT) values "
-                "(:i + 100000, cast('TODAY' as date) - mod(:i, 30), mod(:i, 1000) + 100001, mod(:i, 1000) + 100001, "
-                ":i * 10.5, :i * 3.25, 0, 'Замена масла и фильтров'); i = i + 1; end end")
-                .arg(kOrders));
-    dm.pFIBTransaction1.Commit();
+    fillShop(dm);
     return 0;
 }
 
@@ -123,7 +88,7 @@ void BM_JournalCtrlEnd(benchmark::State &state)
         QCoreApplication::sendEvent(j.frame->GridView, &key);
         QCoreApplication::processEvents();
         j.frame->GridView->viewport()->repaint();
-        if (j.dm->spOrdersOpen.RecordCount() != kOrders)
+        if (j.dm->spOrdersOpen.RecordCount() != kShopOrders)
             state.SkipWithError("not every order fetched");
     }
     state.counters["rows_fetched"] = j.dm->spOrdersOpen.RecordCount();
@@ -153,14 +118,10 @@ int main(int argc, char **argv)
         return 1;
     }
     qputenv("XDG_DATA_HOME", dataHome.path().toLocal8Bit());
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
     // Gone before the application object.
     auto opened = std::make_unique<Journal>();
     g_journal = opened.get();
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    const int code = runBenchmarks(argc, argv);
     g_journal = nullptr;
-    return 0;
+    return code;
 }

@@ -1,6 +1,8 @@
 // The orders journal over 100,000 orders of a freshly deployed database: the window shown up to its
 // first painted screen, and a filter change up to the refreshed first screen. Reports the rows fetched
 // and the process's peak memory.
+#include "bench_shop.h"
+#include "bench_support.h"
 #include "data_dm.h"
 #include "dialogs.h"
 #include "grid_frame.h"
@@ -11,23 +13,9 @@
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 #include <memory>
 
 namespace {
-
-constexpr int kOrders = 100000;
-
-double statusKb(const char *key)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith(key))
-            return line.mid(qstrlen(key)).trimmed().split(' ').first().toDouble();
-    return 0;
-}
 
 // A data module on a new database in a folder of its own, with customers, vehicles and the orders of
 // the last 30 days.
@@ -43,30 +31,7 @@ struct Shop
         Dialogs::Install(&dialogs);
         dm = std::make_unique<TDataDM>(nullptr, QStringList{QStringLiteral("kelvarion")});
         CurrentUserId = CurrentRoleId = 1;
-        Run("execute block as declare i integer = 1; begin while (i <= 1000) do begin "
-            "insert into CUST (CUSTNAME, MOBI_PHONE) values ('Клиент ' || :i, '926-' || :i); "
-            "insert into AUTO (TYPE, MODNAME, MARK, REG, AYEAR) values (1, 1, 1, 'А' || :i || 'ВС77', 1); "
-            "i = i + 1; end end");
-        Run("execute block as declare i integer = 1; declare c integer; declare a integer; begin "
-            "select min(ID) from CUST where CUSTNAME starting with 'Клиент ' into :c; "
-            "select min(ID) from AUTO where REG like 'А%ВС77' into :a; "
-            "while (i <= 100000) do begin "
-            "insert into ORDERS (IDCUST, IDAUTO, IDSTATUS, CREATE_DATE, COMMENT) values "
-            "(:c + mod(:i, 1000), :a + mod(:i, 1000), mod(:i, 6) + 1, cast('today' as date) - mod(:i, 30), "
-            "'Замена масла и фильтров'); i = i + 1; end end");
-        dm->pFIBTransaction1.Commit();
-        dm->pFIBTransaction1.StartTransaction();
-    }
-
-    void Run(const char *sql)
-    {
-        if (!dm->pFIBTransaction1.Active())
-            dm->pFIBTransaction1.StartTransaction();
-        TpFIBQuery q;
-        q.SetDatabase(&dm->pFIBDatabaseMain);
-        q.SetTransaction(&dm->pFIBTransaction1);
-        q.SetSQLText(QString::fromUtf8(sql));
-        q.ExecQuery();
+        fillShop(*dm);
     }
 
     static Shop &Instance()
@@ -94,7 +59,7 @@ void BM_JournalFirstScreen(benchmark::State &state)
         fetched = shop.dm->spOrdersOpen.RecordCount();
     }
     state.counters["rows_fetched"] = fetched;
-    state.counters["orders_in_table"] = kOrders;
+    state.counters["orders_in_table"] = kShopOrders;
     state.counters["peak_rss_kB"] = statusKb("VmHWM:");
 }
 
@@ -130,10 +95,5 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     Shop::Instance();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -1,11 +1,11 @@
 // Process start to the login dialog on an existing database: the real program, run offscreen with
 // KELVARION_SMOKE=1, writes a line to its error stream once the login dialog is up, then cancels it and
 // ends. The time runs from starting the process to that line. An untimed first start deploys the database.
+#include "bench_support.h"
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <benchmark/benchmark.h>
 #include <cstdio>
 
 namespace {
@@ -67,10 +67,5 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "the first start showed no login dialog\n");
         return 1;
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }
