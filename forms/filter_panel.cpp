@@ -29,18 +29,23 @@ TFilterPanel::TFilterPanel(QWidget *parent, const QString &title) : QGroupBox(ti
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
-void TFilterPanel::Place(QWidget *editor, const QString &caption)
+QVBoxLayout *CaptionOver(QWidget *parent, const QString &caption, QWidget *editor, int minimumWidth)
 {
     auto *column = new QVBoxLayout;
     column->setSpacing(2);
-    auto *label = new QLabel(caption, this);
+    auto *label = new QLabel(caption, parent);
     label->setObjectName(editor->objectName() + QStringLiteral("Lbl"));
     label->setBuddy(editor);
     column->addWidget(label);
     column->addWidget(editor);
-    editor->setMinimumWidth(170);
+    editor->setMinimumWidth(minimumWidth);
+    return column;
+}
+
+void TFilterPanel::Place(QWidget *editor, const QString &caption)
+{
     auto *row = static_cast<QHBoxLayout *>(layout());
-    row->insertLayout(row->count() - 1, column);
+    row->insertLayout(row->count() - 1, CaptionOver(this, caption, editor));
 }
 
 TTextEdit *TFilterPanel::AddText(const QString &name, const QString &caption)

@@ -4,6 +4,7 @@
 
 #include <QGroupBox>
 
+class QVBoxLayout;
 class TDataSource;
 class TLookupComboBox;
 class TTextEdit;
@@ -12,6 +13,9 @@ class TTextEdit;
 // that clearing it takes the filter off again.
 void SetFilterLookup(TLookupComboBox *lookup, TDataSource *list, const QString &listField,
                      const QString &keyField = QStringLiteral("ID"));
+
+// A caption over `editor`, for a filter box: the label is the editor's buddy and is named after it.
+QVBoxLayout *CaptionOver(QWidget *parent, const QString &caption, QWidget *editor, int minimumWidth = 170);
 
 class TFilterPanel : public QGroupBox
 {

@@ -33,20 +33,6 @@ const TOrderFM::TDocKind TOrderFM::DocKinds[5] = {{"cxCheckBox1", "Заявка"
 
 namespace {
 
-// A caption over its editor.
-QVBoxLayout *Captioned(QWidget *parent, const QString &caption, QWidget *editor, int width)
-{
-    auto *column = new QVBoxLayout;
-    column->setSpacing(2);
-    auto *label = new QLabel(caption, parent);
-    label->setObjectName(editor->objectName() + QStringLiteral("Lbl"));
-    label->setBuddy(editor);
-    column->addWidget(label);
-    column->addWidget(editor);
-    editor->setMinimumWidth(width);
-    return column;
-}
-
 template <class Editor>
 Editor *Make(QWidget *parent, const char *name)
 {
@@ -91,9 +77,9 @@ TOrderFM::TOrderFM(TMainWindowLink *mainWindow, QWidget *parent) : TfmBase(mainW
     lcbOStateMain = Make<TLookupComboBox>(gbOrder, "lcbOStateMain");
     edNum = Make<TTextEdit>(gbOrder, "edNum");
     lcbCust = Make<TLookupComboBox>(gbOrder, "lcbCust");
-    order->addLayout(Captioned(gbOrder, QStringLiteral("Статус"), lcbOStateMain, 140));
-    order->addLayout(Captioned(gbOrder, QStringLiteral("№ пп"), edNum, 100));
-    order->addLayout(Captioned(gbOrder, QStringLiteral("Клиент"), lcbCust, 180));
+    order->addLayout(CaptionOver(gbOrder, QStringLiteral("Статус"), lcbOStateMain, 140));
+    order->addLayout(CaptionOver(gbOrder, QStringLiteral("№ пп"), edNum, 100));
+    order->addLayout(CaptionOver(gbOrder, QStringLiteral("Клиент"), lcbCust, 180));
     row->addWidget(gbOrder);
 
     auto *gbAuto = new QGroupBox(QStringLiteral("Авто"), gbFilter);
@@ -102,9 +88,9 @@ TOrderFM::TOrderFM(TMainWindowLink *mainWindow, QWidget *parent) : TfmBase(mainW
     edReg = Make<TTextEdit>(gbAuto, "edReg");
     lcbMark = Make<TLookupComboBox>(gbAuto, "lcbMark");
     lcbModel = Make<TLookupComboBox>(gbAuto, "lcbModel");
-    vehicle->addLayout(Captioned(gbAuto, QStringLiteral("Госномер"), edReg, 100));
-    vehicle->addLayout(Captioned(gbAuto, QStringLiteral("Марка"), lcbMark, 130));
-    vehicle->addLayout(Captioned(gbAuto, QStringLiteral("Модель"), lcbModel, 130));
+    vehicle->addLayout(CaptionOver(gbAuto, QStringLiteral("Госномер"), edReg, 100));
+    vehicle->addLayout(CaptionOver(gbAuto, QStringLiteral("Марка"), lcbMark, 130));
+    vehicle->addLayout(CaptionOver(gbAuto, QStringLiteral("Модель"), lcbModel, 130));
     row->addWidget(gbAuto);
 
     cbDel = Make<TCheckBoxEdit>(gbFilter, "cbDel");
