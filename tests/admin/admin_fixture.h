@@ -2,30 +2,19 @@
 // The administration windows over their own copy of the deployed database, logged in as the
 // administrator, with the column titles and labels of resources/kelvarion.ini beside the test binary.
 
-#include "forms_fixture.h"
+#include "window_fixture.h"
 
-#include "custom_dict_fm.h"
-#include "grid_column.h"
-#include "grid_frame.h"
 #include "grid_model.h"
-#include "grid_view.h"
-#include "lookup_combo_box.h"
 #include "rights_grid.h"
-#include "type_text.h"
 #include "users_fm.h"
 
-#include <QLabel>
-#include <QRegularExpression>
-#include <QTest>
-#include <memory>
-
-class AdminTest : public FormsTest
+class AdminTest : public WindowTest
 {
 protected:
     void TearDown() override
     {
         users.reset();
-        FormsTest::TearDown();
+        WindowTest::TearDown();
     }
 
     // Standing alone: its show refreshes all six grids.
@@ -68,17 +57,6 @@ protected:
     // Lets queued notifications of the grids run (an edited cell is told after its editor let go).
     static void Settle() { QTest::qWait(30); }
 
-    // Picks the row of a lookup editor by its shown text, as a user's choice from the list.
-    static void Pick(QWidget *editor, const QString &text)
-    {
-        auto *combo = dynamic_cast<TLookupComboBox *>(editor);
-        ASSERT_NE(combo, nullptr);
-        const int index = combo->findText(text);
-        ASSERT_GE(index, 0) << text.toStdString();
-        combo->setCurrentIndex(index);
-        emit combo->activated(index);
-    }
-
     static QStringList LabelTexts(QWidget *card)
     {
         QStringList texts;
@@ -87,8 +65,6 @@ protected:
                 texts << label->text();
         return texts;
     }
-    // The texts without a Russian letter.
-    static QStringList NotRussian(const QStringList &texts) { return texts.filter(QRegularExpression("^[^А-Яа-яЁё]*$")); }
 
     int ActionId(const QString &key) { return Scalar("select ID from ACTIONS where TACTION = '" + key + "'").toInt(); }
     int RightOf(int role, int action)
