@@ -7,4 +7,6 @@ class DesktopShell : public Shell
 {
 public:
     bool Open(const QString &documentOrUrl) override;
+    // Asks the desktop's file associations for a default program of the extension's type.
+    bool CanOpen(const QString &extension) override;
 };

@@ -19,6 +19,11 @@ void Shell::Install(Shell *shell)
     g_installed = shell;
 }
 
+bool Shell::CanOpen(const QString &)
+{
+    return false;
+}
+
 bool ConsoleShell::Open(const QString &documentOrUrl)
 {
     std::fprintf(stderr, "open: %s\n", qPrintable(documentOrUrl));

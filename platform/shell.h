@@ -2,6 +2,7 @@
 // Opening a finished document or a web page with whatever the desktop associates with it.
 
 #include <QString>
+#include <QStringList>
 
 class Shell
 {
@@ -9,6 +10,8 @@ public:
     virtual ~Shell() = default;
     // A local file path or an address with a scheme ("https://…"); false when nothing could open it.
     virtual bool Open(const QString &documentOrUrl) = 0;
+    // Whether the desktop has a program for files with this extension ("xlsx"); by default none is known.
+    virtual bool CanOpen(const QString &extension);
 
     // The shell in force; installing null restores the default one.
     static Shell &Current();
@@ -20,4 +23,7 @@ class ConsoleShell : public Shell
 {
 public:
     bool Open(const QString &documentOrUrl) override;
+    // The extensions it claims to open, as a test sets them.
+    bool CanOpen(const QString &extension) override { return OpenableExtensions.contains(extension); }
+    QStringList OpenableExtensions;
 };

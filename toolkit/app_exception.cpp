@@ -2,6 +2,8 @@
 
 #include "dialogs.h"
 #include "fib_errors.h"
+#include "spreadsheet.h"
+#include "word_processor.h"
 
 QString ExceptionMessage(const std::exception &error)
 {
@@ -22,6 +24,10 @@ QString ExceptionClassName(const std::exception &error)
         return QStringLiteral("EDatabaseError");
     if (dynamic_cast<const EAbort *>(&error))
         return QStringLiteral("EAbort");
+    if (dynamic_cast<const EWordProcessorError *>(&error))
+        return QStringLiteral("EWordProcessorError");
+    if (dynamic_cast<const ESpreadsheetError *>(&error))
+        return QStringLiteral("ESpreadsheetError");
     return QStringLiteral("Exception");
 }
 

@@ -46,7 +46,8 @@ void TGridFooter::paintEvent(QPaintEvent *)
     painter.drawLine(rect().topLeft(), rect().topRight());
     painter.setPen(palette().color(QPalette::WindowText));
     const QHeaderView *header = m_view->horizontalHeader();
-    const int offset = m_view->viewport()->mapTo(this, QPoint(0, 0)).x();
+    // The view is a sibling, not a child: both are placed through their common window.
+    const int offset = m_view->viewport()->mapTo(window(), QPoint(0, 0)).x() - mapTo(window(), QPoint(0, 0)).x();
     TGridSummary *summary = m_view->Summary();
     for (int i = 0; i < summary->Count(); ++i) {
         const TGridColumn *column = summary->At(i).Column;

@@ -20,6 +20,15 @@ public:
         return Succeeds;
     }
 
+    bool CanOpen(const QString &extension) override
+    {
+        Asked << extension;
+        return Openable;
+    }
+
     QStringList Opened;
     bool Succeeds = true;
+    // What CanOpen answers, and the extensions it was asked about.
+    bool Openable = true;
+    QStringList Asked;
 };
