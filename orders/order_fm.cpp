@@ -4,11 +4,11 @@
 #include "fib_xsqlvar.h"
 #include "data_dm.h"
 #include "date_edit.h"
-#include "dialogs.h"
 #include "filter_panel.h"
 #include "grid_frame.h"
 #include "grid_view.h"
 #include "lookup_combo_box.h"
+#include "order_document.h"
 #include "orders_card_fm.h"
 #include "select_print_doc_fm.h"
 #include "text_editors.h"
@@ -194,24 +194,7 @@ void TOrderFM::actPrintExecute(QObject *)
 void TOrderFM::Mak_Zakaz(int, const QString &kind)
 {
     // The order is read from the current row, as the caller did.
-    TFIBDataSet *ds = frmOrders->DS->DataSet();
-    if (!ds || !ds->Active() || ds->IsEmpty() || ds->FieldByName(QStringLiteral("ID"))->AsInteger() == 0) {
-        Dialogs::Current().Show(Dialogs::Information, QStringLiteral("Необходимо выбрать заказ"));
-        return;
-    }
-    if (ds->FieldByName(QStringLiteral("SYS_IDCUST"))->AsInteger() == 0) {
-        Dialogs::Current().Show(Dialogs::Information, QStringLiteral("В данном заказе отсутствует заказчик(клиент)"));
-        return;
-    }
-    QString caption = kind;
-    for (const TDocKind &doc : DocKinds)
-        if (kind == QLatin1String(doc.kind))
-            caption = QString::fromUtf8(doc.caption);
-    // Documents are made from templates by the word processor, which the program does not have yet.
-    Dialogs::Current().Show(Dialogs::Information,
-                            QStringLiteral("Печать документа «%1» пока недоступна: формирование документов "
-                                           "появится в следующей версии программы.")
-                                .arg(caption));
+    TOrderDocument::Make(frmOrders->DS->DataSet(), kind);
 }
 
 void TOrderFM::ApplyOrderFilter(const TFilterOrder &filter)
