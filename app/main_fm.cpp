@@ -16,9 +16,13 @@
 #include "operation_type_fm.h"
 #include "options_fm.h"
 #include "order_fm.h"
+#include "payment_fm.h"
+#include "report_fm.h"
 #include "requisits_fm.h"
+#include "salary_fm.h"
 #include "script_fm.h"
 #include "services_fm.h"
+#include "store_fm.h"
 #include "system_folders.h"
 #include "users_fm.h"
 
@@ -267,6 +271,13 @@ void TMainFM::RegisterWindows()
     RegisterChild(actShowCustomers, ChildWindow<TCustFM>());
     RegisterChild(actShowAuto, ChildWindow<TAutoFM>());
     RegisterChild(actShowOrder, ChildWindow<TOrderFM>());
+    RegisterChild(actShowStore, ChildWindow<TStoreFM>());
+    RegisterChild(actShowPayment, ChildWindow<TPaymentFM>());
+    RegisterChild(actShowSalary, ChildWindow<TSalaryFM>());
+    RegisterReport(actOtchetVipZakaz, fmVipZakaz, [](TMainWindowLink *main) { return new TfmVipZakaz(main); });
+    RegisterReport(actOtchetUslug, fmOtchetUslug, [](TMainWindowLink *main) { return new TfmOtchetUslug(main); });
+    RegisterReport(actOtchetMaterial, fmOtchetMaterial,
+                   [](TMainWindowLink *main) { return new TfmOtchetMaterial(main); });
 }
 
 void TMainFM::RegisterChild(TAction *action, const TChildWindowKind &kind)
