@@ -13,7 +13,7 @@ done
 [ "$missing" -eq 0 ] || bash scripts/deps.sh
 
 cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKELVARION_TESTS=OFF >/dev/null
-cmake --build build-release -j2 --target bench_fetch bench_grid bench_deploy bench_journal bench_orders bench_start kelvarion \
+cmake --build build-release -j2 --target bench_fetch bench_grid bench_deploy bench_journal bench_orders bench_start bench_documents kelvarion \
   >/dev/null
 export QT_QPA_PLATFORM=offscreen
 
@@ -102,6 +102,12 @@ figure "shown to the first screen (rows fetched: $(field bench_orders BM_Journal
 figure "filter change to the refreshed screen (target < 100 ms)" \
   "$(ms "$(field bench_orders BM_JournalFilterRefresh real_time)")" ms
 figure "peak memory with the journal open" "$(mb "$(field bench_orders BM_JournalFilterRefresh peak_rss_kB)")" MB
+
+run bench_documents
+doc=$(field bench_documents BM_OrderDocument/real_time real_time)
+echo "bench_documents: one order document of 100 lines, template to saved file"
+figure "one document (target < 50 ms)" "$(ms "$doc")" ms
+awk -v v="$doc" 'BEGIN { exit !(v < 50) }' || { echo "  one document: target NOT MET"; failed=1; }
 
 run bench_start
 echo "bench_start: the program on an existing database"
