@@ -97,3 +97,36 @@ TEST(Backups, SevenAutomaticBackupsAreKeptAndAFolderThatCannotBeWrittenIsSaidSo)
     blocker.close();
     EXPECT_TRUE(Refusal([&] { backups.Make(blocker.fileName() + "/backup"); }).contains("недоступна для записи"));
 }
+
+#include "data_dm_fixture.h"
+
+using DataModuleBackups = DataModuleTest;
+
+TEST_F(DataModuleBackups, ABackupKeepsTheRunsWorkAndARestoreAtStartBringsItBack)
+{
+    Exec("insert into CUST (CUSTNAME) values ('Петров')");
+    const QString file = dm->MakeBackup(dm->BackupFolder);
+    Exec("delete from CUST where CUSTNAME = 'Петров'");
+    dm->DataModuleDestroy();
+    ASSERT_EQ(Scalar("select count(*) from CUST where CUSTNAME = 'Петров'").toInt(), 0);
+    dm->SetAutoBackupEnabled(false);
+    dm->AutomaticBackup();
+    EXPECT_EQ(QDir(dm->BackupFolder).entryList({"auto *"}).size(), 0);
+    dm->SetAutoBackupEnabled(true);
+    dm->AutomaticBackup();
+    EXPECT_EQ(QDir(dm->BackupFolder).entryList({"auto *"}).size(), 1);
+    dm.reset();
+
+    // The backup made mid-run holds the customer; the database left at exit does not.
+    dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion", "--restore", file});
+    EXPECT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
+    EXPECT_EQ(Scalar("select count(*) from CUST where CUSTNAME = 'Петров'").toInt(), 1);
+    EXPECT_EQ(QDir(dm->DbFolder).entryList({"database до восстановления *.fdb"}).size(), 1);
+    dm.reset();
+
+    // A restore that fails is said, and the program goes on with the database it has.
+    dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion", "--restore", "/no/such.fbk"});
+    EXPECT_EQ(dialogs.Texts(), QStringList({"Файл резервной копии \"/no/such.fbk\" не найден."}));
+    EXPECT_TRUE(dm->pFIBDatabaseMain.Connected());
+    EXPECT_EQ(Scalar("select count(*) from CUST where CUSTNAME = 'Петров'").toInt(), 1);
+}
