@@ -4,6 +4,8 @@
 #include "data_dm.h"
 #include "ui_options_fm.h"
 
+#include <QCheckBox>
+
 TOptionsFM *OptionsFM = nullptr;
 
 TOptionsFM::TOptionsFM(QWidget *parent) : TfmDialog(0, parent), ui(std::make_unique<Ui::OptionsFM>())
@@ -20,9 +22,12 @@ TOptionsFM::TOptionsFM(QWidget *parent) : TfmDialog(0, parent), ui(std::make_uni
     cxTextEdit1 = ui->cxTextEdit1;
     cxTextEdit2 = ui->cxTextEdit2;
     cxTextEdit3 = ui->cxTextEdit3;
+    cbAutoBackup = new QCheckBox(QStringLiteral("Резервная копия базы данных при каждом выходе из программы"), pnlMain);
+    cbAutoBackup->setObjectName(QStringLiteral("cbAutoBackup"));
+    ui->layMain->addWidget(cbAutoBackup);
     actOK->OnExecute = [this](QObject *sender) { actOKExecute(sender); };
     actCancel->OnExecute = [this](QObject *sender) { actCancelExecute(sender); };
-    resize(420, 280);
+    resize(420, 310);
 }
 
 TOptionsFM::~TOptionsFM() = default;
@@ -45,12 +50,14 @@ void TOptionsFM::FormShow(QObject *sender)
     DataDM->tConfig.Open();
     for (const Setting &setting : Settings())
         setting.editor->setText(DataDM->GetConfigString(setting.key));
+    cbAutoBackup->setChecked(TDataDM::AutoBackupEnabled());
 }
 
 void TOptionsFM::actOKExecute(QObject *)
 {
     for (const Setting &setting : Settings())
         DataDM->SetConfigString(setting.key, setting.editor->text());
+    TDataDM::SetAutoBackupEnabled(cbAutoBackup->isChecked());
 }
 
 void TOptionsFM::actCancelExecute(QObject *)

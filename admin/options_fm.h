@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class QCheckBox;
 class QGroupBox;
 class QLineEdit;
 namespace Ui {
@@ -27,6 +28,8 @@ public:
     QLineEdit *cxTextEdit1;
     QLineEdit *cxTextEdit2;
     QLineEdit *cxTextEdit3;
+    // A backup at every orderly exit: the per-user setting, stored at OK.
+    QCheckBox *cbAutoBackup;
 
     // Reads the currency marks and the CONFIG keys into the editors.
     void FormShow(QObject *sender) override;

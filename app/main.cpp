@@ -1,6 +1,7 @@
 // Start-up of the program: the data module with the database first, then the login, then the main window
 // and its message loop. The run's one transaction is committed as the program ends in order: after
-// "Выход", after a closed main window, and after SIGTERM, SIGINT or SIGHUP.
+// "Выход", after a closed main window, and after SIGTERM, SIGINT or SIGHUP; then, unless the user switched it
+// off, the database is backed up.
 #include "app_exception.h"
 #include "application.h"
 #include "data_dm.h"
@@ -65,6 +66,16 @@ void commitRun(TDataDM &dataModule)
     }
 }
 
+// The backup of an orderly exit; one that fails is said, and the program still ends in order.
+void backUpAtExit(TDataDM &dataModule)
+{
+    try {
+        dataModule.AutomaticBackup();
+    } catch (...) {
+        ReportApplicationError();
+    }
+}
+
 // From the data module to the end of the message loop; the exit code.
 int run(TApplication &application, const QStringList &arguments, SmokeRun smoke, TSignalExit &signalExit,
         TDataDM *&dataModule)
@@ -102,6 +113,8 @@ int run(TApplication &application, const QStringList &arguments, SmokeRun smoke,
         }
     }
     commitRun(*dataModule);
+    if (!startFailed)
+        backUpAtExit(*dataModule);
     return startFailed ? 1 : exitCode;
 }
 

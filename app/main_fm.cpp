@@ -27,7 +27,10 @@
 #include "users_fm.h"
 
 #include <QCloseEvent>
+#include <QApplication>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -156,6 +159,9 @@ void TMainFM::CreateActions()
     miAbout->setObjectName(QStringLiteral("miAbout"));
     miAbout->setToolTip(miAbout->text());
     connect(miAbout, &QAction::triggered, this, [this] { guarded([this] { actAboutExecute(miAbout); }); });
+    miBackup = new QAction(QStringLiteral("Резервная копия…"), this);
+    miBackup->setObjectName(QStringLiteral("miBackup"));
+    connect(miBackup, &QAction::triggered, this, [this] { guarded([this] { actBackupExecute(miBackup); }); });
 }
 
 void TMainFM::CreateMenus()
@@ -166,6 +172,7 @@ void TMainFM::CreateMenus()
     QMenu *file = MainMenu->addMenu(QStringLiteral("Файл"));
     file->setObjectName(QStringLiteral("miFile"));
     file->addAction(actChangeUser);
+    file->addAction(miBackup);
     file->addSeparator();
     file->addAction(actExit);
 
@@ -435,6 +442,28 @@ void TMainFM::actRequisitsExecute(QObject *)
     requisits.Close();
 }
 
+void TMainFM::actBackupExecute(QObject *)
+{
+    if (!DataDM)
+        return;
+    QDir().mkpath(DataDM->BackupFolder);
+    const QString folder = QFileDialog::getExistingDirectory(this, QStringLiteral("Папка для резервной копии"),
+                                                             DataDM->BackupFolder,
+                                                             QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
+    if (folder.isEmpty())
+        return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    QString made;
+    try {
+        made = DataDM->MakeBackup(folder);
+    } catch (...) {
+        QApplication::restoreOverrideCursor();
+        throw;
+    }
+    QApplication::restoreOverrideCursor();
+    Dialogs::Current().Show(Dialogs::Information, QStringLiteral("Резервная копия базы данных сохранена в файле\r\n") + made);
+}
+
 void TMainFM::actOptionsExecute(QObject *)
 {
     OptionsFM = new TOptionsFM();
@@ -475,8 +504,7 @@ QString TMainFM::MainCaption(const QString &userName, const QString &roleName)
 
 QString TMainFM::StorageFileName()
 {
-    // No separator on purpose: the file lies beside the per-user folder, its name glued to the folder's.
-    return GetSpecialFolder(CSIDL_APPDATA) + QStringLiteral("kelvarion.ini");
+    return TDataDM::UserIniFileName();
 }
 
 void TMainFM::FormCreate(QObject *)

@@ -70,6 +70,8 @@ public:
     // The two plain menu commands; miAbout is also on the tool bar.
     QAction *miOptions;
     QAction *miAbout;
+    // "Резервная копия…" of the File menu: a backup into a folder the user picks.
+    QAction *miBackup;
 
     // Wires an action to its child window and enables it. An action with no window stays disabled.
     void RegisterChild(TAction *action, const TChildWindowKind &kind);
@@ -96,6 +98,7 @@ public:
     void actChangeUserExecute(QObject *sender);
     void actRequisitsExecute(QObject *sender);
     void actOptionsExecute(QObject *sender);
+    void actBackupExecute(QObject *sender);
     void actAboutExecute(QObject *sender);
 
     // 1026: walks miWindow for entries of the action `wParam`; as a child sends its close action there,

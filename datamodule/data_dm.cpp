@@ -3,6 +3,7 @@
 #include "deploy_scripts.h"
 #include "dialogs.h"
 #include "system_folders.h"
+#include "backups.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -13,6 +14,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QSettings>
 #include <QTimer>
 #include <QUrl>
 
@@ -241,8 +243,20 @@ void TDataDM::DataModuleCreate(const QStringList &arguments)
     DataFolder = GetSpecialFolder(CSIDL_APPDATA) + QStringLiteral("/Kelvarion/");
     DbFolder = DataFolder + QStringLiteral("db/");
     DocFolder = DataFolder + QStringLiteral("doc/");
+    BackupFolder = DataFolder + QStringLiteral("backup/");
     DbFileName = DbFolder + QStringLiteral("database.fdb");
     pFIBDatabaseMain.DBName = DbFileName;
+
+    // "--restore FILE": the database of the backup takes the place of the present one before it is attached;
+    // a failure is said and the present database is used as it is.
+    const qsizetype restore = arguments.indexOf(QStringLiteral("--restore"));
+    if (restore > 0 && restore + 1 < arguments.size()) {
+        try {
+            TBackups(TFIBServer{}, DbFileName, pFIBDatabaseMain.LibraryName).Restore(arguments.at(restore + 1));
+        } catch (const EFIBError &e) {
+            Dialogs::Current().Show(Dialogs::Error, e.Message());
+        }
+    }
 
     m_newDatabase = false;
     // The database is thrown away on every start with this word, on purpose.
@@ -272,6 +286,38 @@ void TDataDM::DataModuleCreate(const QStringList &arguments)
 
     if (m_newDatabase)
         SetGlobalInitError(!UpdateDatabase());
+}
+
+QString TDataDM::MakeBackup(const QString &folder)
+{
+    if (pFIBTransaction1.Active())
+        pFIBTransaction1.CommitRetaining();
+    return TBackups(TFIBServer{}, DbFileName, pFIBDatabaseMain.LibraryName).Make(folder);
+}
+
+void TDataDM::AutomaticBackup()
+{
+    if (!AutoBackupEnabled() || !pFIBDatabaseMain.Connected())
+        return;
+    if (pFIBTransaction1.Active())
+        pFIBTransaction1.CommitRetaining();
+    TBackups(TFIBServer{}, DbFileName, pFIBDatabaseMain.LibraryName).MakeAutomatic(BackupFolder);
+}
+
+QString TDataDM::UserIniFileName()
+{
+    // No separator on purpose: the file lies beside the per-user folder, its name glued to the folder's.
+    return GetSpecialFolder(CSIDL_APPDATA) + QStringLiteral("kelvarion.ini");
+}
+
+bool TDataDM::AutoBackupEnabled()
+{
+    return QSettings(UserIniFileName(), QSettings::IniFormat).value(QStringLiteral("Backup/AtExit"), true).toBool();
+}
+
+void TDataDM::SetAutoBackupEnabled(bool enabled)
+{
+    QSettings(UserIniFileName(), QSettings::IniFormat).setValue(QStringLiteral("Backup/AtExit"), enabled);
 }
 
 bool TDataDM::UpdateDatabase()

@@ -57,6 +57,7 @@ public:
     QString DataFolder;
     QString DbFolder;
     QString DocFolder;
+    QString BackupFolder;
     QString DbFileName;
     qint32 ConnectTries = 0;
     qint32 ChosenMaterialId = 0;
@@ -71,6 +72,16 @@ public:
 
     // The one hard commit of a run; raises when the transaction is not active.
     void DataModuleDestroy();
+
+    // A backup into `folder`, the run's work made durable first; returns the file's path.
+    QString MakeBackup(const QString &folder);
+    // The backup of an orderly exit into `BackupFolder`, when the user wants one; the last seven are kept.
+    void AutomaticBackup();
+    // Whether every orderly exit makes a backup: a setting of the per-user ini file, on when missing.
+    static bool AutoBackupEnabled();
+    static void SetAutoBackupEnabled(bool enabled);
+    // The per-user ini file, beside the per-user folder.
+    static QString UserIniFileName();
 
     // Repairs the text of an error raised by a query: UTF-8 bytes that were read as ANSI.
     void pFibErrorHandler1FIBErrorEvent(QObject *sender, EFIBError &error, TKindIBError kind, bool &doRaise);

@@ -31,6 +31,8 @@ TEST_F(AdminTest, OptionsCancelTakesTheMarksOverButNotTheNumberingSettingsAndOkS
             for (QLineEdit *edit : {options.cxTextEdit1, options.cxTextEdit2, options.cxTextEdit3, options.edReportNum,
                                     options.edOrderNum, options.edOrderPostfix})
                 seen << edit->text();
+            seen << (options.cbAutoBackup->isChecked() ? "копия" : "без копии");
+            options.cbAutoBackup->setChecked(!options.cbAutoBackup->isChecked());
             typing(options);
             (ok ? options.AdvGlowButton1 : options.AdvGlowButton2)->click();
         });
@@ -43,7 +45,8 @@ TEST_F(AdminTest, OptionsCancelTakesTheMarksOverButNotTheNumberingSettingsAndOkS
         TypeText(o.cxTextEdit3, "цент");
         TypeText(o.edOrderNum, "Б-");
     });
-    EXPECT_EQ(seen, QStringList({"$", "руб.", "коп.", "1-", "A-", "001"}));
+    EXPECT_EQ(seen, QStringList({"$", "руб.", "коп.", "1-", "A-", "001", "копия"}));
+    EXPECT_TRUE(TDataDM::AutoBackupEnabled());
     EXPECT_EQ(QStringList({CurrencyWords().Val1, CurrencyWords().Val2, CurrencyWords().Val3}),
               QStringList({"у.е.", "руб.", "цент"}));
     EXPECT_EQ(config("ORDERSNUM"), "A-");
@@ -55,6 +58,7 @@ TEST_F(AdminTest, OptionsCancelTakesTheMarksOverButNotTheNumberingSettingsAndOkS
         TypeText(o.edOrderPostfix, "0100");
     });
     EXPECT_EQ(CurrencyWords().Val2, "долл.");
+    EXPECT_FALSE(TDataDM::AutoBackupEnabled()) << "the backup at exit is switched off at OK";
     EXPECT_EQ(QStringList({config("REPORTSNUM"), config("ORDERSNUM"), config("ORDERSPOSTFIX")}),
               QStringList({"О-", "Б-", "0100"}));
     EXPECT_EQ(Count("CONFIG"), 5) << "the rows are updated, not added";

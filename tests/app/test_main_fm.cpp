@@ -10,6 +10,8 @@
 #include "script_fm.h"
 #include "users_fm.h"
 
+#include <QDir>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
@@ -59,7 +61,7 @@ TEST_F(MainWindow, MenuAndToolBarHoldTheCommandsInTheirOrder)
     TMainFM &form = NewMain();
     QList<QPair<QString, QStringList>> expected = {
         {"", {"Файл", "Справочники", "Журналы", "Отчеты", "Окна", "Помощь"}},
-        {"Файл", {"Смена пользователя", "-", "Выход"}},
+        {"Файл", {"Смена пользователя", "Резервная копия…", "-", "Выход"}},
         {"Справочники",
          {"Основные сведения", "Справочник клиентов", "Справочник сотрудников", "Справочник услуг",
           "Справочник пользователей", "Справочник складских операций", "Справочник накопительных скидок",
@@ -269,3 +271,24 @@ TEST_F(MainWindow, RequisitsOptionsAndAboutRunModally)
 }
 
 } // namespace
+
+TEST_F(MainWindow, ABackupGoesToTheFolderPickedAndCancelMakesNone)
+{
+    TMainFM &form = ShowMain();
+    const QString folder = home.path() + "/copies";
+    ASSERT_TRUE(QDir().mkpath(folder));
+    for (bool pick : {false, true}) {
+        ModalDriver driver;
+        driver.Then([&](QWidget *modal) {
+            auto *chooser = qobject_cast<QFileDialog *>(modal);
+            ASSERT_NE(chooser, nullptr);
+            EXPECT_EQ(QDir(chooser->directory()).absolutePath(), QDir(dm->BackupFolder).absolutePath());
+            chooser->setDirectory(folder);
+            pick ? chooser->accept() : chooser->reject();
+        });
+        form.miBackup->trigger();
+    }
+    const QStringList made = QDir(folder).entryList({"*.fbk"});
+    ASSERT_EQ(made.size(), 1);
+    EXPECT_EQ(dialogs.Texts(), QStringList({"Резервная копия базы данных сохранена в файле\r\n" + folder + "/" + made[0]}));
+}

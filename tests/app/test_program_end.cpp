@@ -122,6 +122,8 @@ TEST_P(ProgramSignal, EndsInOrderWithNoWindowLeftAndNoError)
     EXPECT_EQ(run.contains(caption), c.atMainWindow) << run.toStdString();
     // The placement and the currency marks, beside the per-user folder.
     EXPECT_EQ(QFileInfo::exists(program.dataHome + "kelvarion.ini"), c.atMainWindow);
+    // An orderly end, so the database is backed up.
+    EXPECT_EQ(QDir(program.dataHome + "/Kelvarion/backup").entryList({"auto *.fbk"}).size(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ProgramSignal,

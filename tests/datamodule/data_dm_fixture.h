@@ -14,7 +14,8 @@ class DataModuleTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        PrepareDataHome(home.path());
+        // A sub-folder, so that the ini glued to the folder's name stays inside the temporary one.
+        PrepareDataHome(home.path() + "/share");
         dialogs.Install();
         dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"});
         ASSERT_FALSE(dm->IsNewDatabase());
