@@ -13,7 +13,7 @@ done
 [ "$missing" -eq 0 ] || bash scripts/deps.sh
 
 cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DKELVARION_TESTS=OFF >/dev/null
-cmake --build build-release -j2 --target bench_fetch bench_grid bench_deploy bench_journal bench_orders bench_start bench_documents kelvarion \
+cmake --build build-release -j2 --target bench_fetch bench_grid bench_deploy bench_journal bench_orders bench_start bench_documents bench_reports kelvarion \
   >/dev/null
 export QT_QPA_PLATFORM=offscreen
 
@@ -108,6 +108,13 @@ doc=$(field bench_documents BM_OrderDocument/real_time real_time)
 echo "bench_documents: one order document of 100 lines, template to saved file"
 figure "one document (target < 50 ms)" "$(ms "$doc")" ms
 awk -v v="$doc" 'BEGIN { exit !(v < 50) }' || { echo "  one document: target NOT MET"; failed=1; }
+
+run bench_reports
+export_ms=$(field bench_reports BM_ReportExport/real_time real_time)
+echo "bench_reports: the completed-orders report over 50,000 orders"
+figure "run button to the grid shown" "$(ms "$(field bench_reports BM_ReportRunToGrid/real_time real_time)")" ms
+figure "export to a saved workbook (target < 2000 ms)" "$(ms "$export_ms")" ms
+awk -v v="$export_ms" 'BEGIN { exit !(v < 2000) }' || { echo "  export: target NOT MET"; failed=1; }
 
 run bench_start
 echo "bench_start: the program on an existing database"

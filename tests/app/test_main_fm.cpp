@@ -83,15 +83,10 @@ TEST_F(MainWindow, MenuAndToolBarHoldTheCommandsInTheirOrder)
     for (QAction *action : form.ToolBar1->actions())
         EXPECT_EQ(action->toolTip(), action->text()) << "hints are the captions";
 
-    // Windows not built yet keep their actions, and the menu entries following them, disabled.
-    const QList<TAction *> enabled = {form.actExit, form.actChangeUser, form.actShowUsers, form.actShowScript,
-                                      form.actRequisits, form.actShowMaterials, form.actShowServices,
-                                      form.actShowOperationType, form.actShowEmpls, form.actShowDiscount,
-                                      form.actShowCustomers, form.actShowAuto, form.actShowOrder};
+    // Every window is built: every action, and the menu entries following them, enabled.
     for (TAction *action : form.ActionList->Actions())
-        EXPECT_EQ(action->isEnabled(), enabled.contains(action)) << action->objectName().toStdString();
+        EXPECT_TRUE(action->isEnabled()) << action->objectName().toStdString();
     QAction *entry = shown["Отчеты"].value(1);
-    EXPECT_FALSE(entry->isEnabled());
 
     // A report is made once, kept in its global, and gets its caption at every opening.
     int made = 0;
@@ -284,7 +279,8 @@ TEST_F(MainWindow, ABackupGoesToTheFolderPickedAndCancelMakesNone)
             ASSERT_NE(chooser, nullptr);
             EXPECT_EQ(QDir(chooser->directory()).absolutePath(), QDir(dm->BackupFolder).absolutePath());
             chooser->setDirectory(folder);
-            pick ? chooser->accept() : chooser->reject();
+            QDialog *dialog = chooser; // accept() is public on the base
+            pick ? dialog->accept() : dialog->reject();
         });
         form.miBackup->trigger();
     }
