@@ -13,6 +13,7 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QFontMetrics>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -130,8 +131,13 @@ TfmReport::TfmReport(const TReportSettings &settings, TMainWindowLink *mainWindo
     view->verticalHeader()->setDefaultSectionSize(22);
     if (DataDM)
         view->SetDataSource(&(DataDM->*settings.DataSource));
-    for (const auto &[field, caption] : settings.GridColumns)
-        view->CreateColumn(field)->SetCaption(caption);
+    // The columns share the width in proportion to their captions, so that no caption is cut.
+    const QFontMetrics metrics(view->horizontalHeader()->font());
+    for (const auto &[field, caption] : settings.GridColumns) {
+        TGridColumn *column = view->CreateColumn(field);
+        column->SetCaption(caption);
+        column->SetWidth(qMax(80, metrics.horizontalAdvance(caption) + 24));
+    }
     view->SetFooterVisible(true);
     for (const QString &field : settings.FooterSums)
         view->Summary()->Add(view->FindColumnByFieldName(field), QStringLiteral("#,##0.00"));
