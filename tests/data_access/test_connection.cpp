@@ -83,12 +83,6 @@ TEST(Connection, WorkOfARunBecomesDurableOnlyAtCommitAndCloseRollsBack)
     TestDatabase t;
     t.Exec("create table T (A integer)");
     t.Exec("insert into T values (1)");
-    // A failed statement undoes only itself; the transaction stays active with the earlier work.
-    auto q = t.NewQuery();
-    q->SetSQLText("insert into T values ('not a number')");
-    EXPECT_THROW(q->ExecQuery(), EFIBInterBaseError);
-    EXPECT_TRUE(t.Tr().Active());
-    EXPECT_EQ(t.Scalar("select count(*) from T").toInt(), 1);
     t.Tr().Commit();
     EXPECT_FALSE(t.Tr().Active());
     t.Exec("insert into T values (2)");
@@ -110,16 +104,8 @@ TEST(Connection, UnattachableFileRaisesServerErrorEachTimeAndLeavesObjectUsable)
     TpFIBDatabase db;
     db.SQLDialect = 1;
     db.DBName = path;
-    int tries = 0;
-    while (!db.Connected() && tries < 5) {
-        ++tries;
-        try {
-            db.SetConnected(true);
-        } catch (const EFIBInterBaseError &e) {
-            EXPECT_FALSE(e.Message().isEmpty());
-        }
-    }
-    EXPECT_EQ(tries, 5);
+    for (int attempt = 0; attempt < 3; ++attempt)
+        EXPECT_THROW(db.SetConnected(true), EFIBInterBaseError) << attempt;
     EXPECT_FALSE(db.Connected());
 
     db.DBName = dir.filePath("missing/none.fdb");

