@@ -26,7 +26,7 @@ const QString TOrderDocument::NoCustomerText = QStringLiteral("В данном �
 const QString TOrderDocument::NoLinesText =
     QStringLiteral("В данном заказе отсутствуют предоставленные услуги и материалы");
 const QString TOrderDocument::CopyFailedText = QStringLiteral("Не удалось скопировать шаблон ");
-const QString TOrderDocument::WordFailedText = QStringLiteral("Ошибка создания документа Word \r\n");
+const QString TOrderDocument::FailedText = QStringLiteral("Ошибка создания документа Word \r\n");
 
 namespace {
 
@@ -215,9 +215,9 @@ void TOrderDocument::Make(TFIBDataSet *orders, const QString &kind)
             output = OutputPath(dm.DocFolder, kind, orders->FieldByName(QStringLiteral("NUM"))->AsString());
             Build(kind, lineTable, layout, *orders, output);
         } catch (const std::exception &e) {
-            Show(WordFailedText + ErrorClass(e) + QLatin1Char(' ') + ErrorMessage(e));
+            Show(FailedText + ErrorClass(e) + QLatin1Char(' ') + ErrorMessage(e));
         } catch (...) {
-            Show(WordFailedText + QStringLiteral("Exception"));
+            Show(FailedText + QStringLiteral("Exception"));
         }
     }
     // Whatever was saved, even half made, opens for the user.

@@ -63,5 +63,5 @@ public:
     static const QString NoCustomerText;
     static const QString NoLinesText;
     static const QString CopyFailedText;
-    static const QString WordFailedText;
+    static const QString FailedText;
 };

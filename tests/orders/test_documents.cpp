@@ -241,7 +241,7 @@ TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeave)
     const int bare = NewOrder(0, 0), empty = NewOrder(customer, 0);
     dm->pFIBTransaction1.CommitRetaining();
     const QString copyFailed = TOrderDocument::CopyFailedText + Output("zakaz");
-    const QString failed = TOrderDocument::WordFailedText + "EWordProcessorError ";
+    const QString failed = TOrderDocument::FailedText + "EWordProcessorError ";
     auto older = [&] { QDir().mkpath(dm->DocFolder), Write(Output("zakaz"), "older"); };
     auto nothing = [&] { EXPECT_TRUE(QDir(dm->DocFolder).isEmpty()); };
     // The message is whole, or its beginning when it ends in a blank.
