@@ -91,6 +91,13 @@ void TfmBase::showEvent(QShowEvent *event)
 
 void TfmBase::closeEvent(QCloseEvent *event)
 {
+    // A card works on its window's grid: the window stays until its card is closed.
+    for (const TGridFrame *frame : findChildren<TGridFrame *>()) {
+        if (frame->CardForm) {
+            event->ignore();
+            return;
+        }
+    }
     TCloseAction action = IsMdiChild() ? caMinimize : caHide;
     try {
         FormClose(this, action);

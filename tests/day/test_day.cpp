@@ -1,0 +1,473 @@
+// A shop's working day through the main window and the windows it opens, from the login to an orderly
+// exit, and what the next start on the same data folder finds; the same windows under the roles that may
+// only view or change; a hurried receptionist's keystrokes on empty grids, cards and filters.
+
+#include "app_fixture.h"
+#include "admin_fixture.h"
+
+#include "auto_fm.h"
+#include "cust_dialog_fm.h"
+#include "cust_fm.h"
+#include "db_editors.h"
+#include "materials_dialog_fm.h"
+#include "ord_line_cards.h"
+#include "order_fm.h"
+#include "orders_card_fm.h"
+#include "payment_card_fm.h"
+#include "payment_fm.h"
+#include "report_fm.h"
+#include "salary_card_fm.h"
+#include "salary_fm.h"
+#include "select_print_doc_fm.h"
+#include "store_card_fm.h"
+#include "store_fm.h"
+#include "test_database.h"
+#include "value_editor.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QItemSelectionModel>
+#include <QPushButton>
+#include <QToolButton>
+
+namespace {
+
+// The helpers of the window suites, used here on the windows the main window opens.
+struct W : AdminTest
+{
+    using WindowTest::Column;
+    using WindowTest::Editor;
+    using WindowTest::Line;
+    using WindowTest::OnCard;
+    using WindowTest::Pick;
+    using WindowTest::Settle;
+    using WindowTest::Type;
+    using WindowTest::TypeAndLeave;
+    using AdminTest::RowOf;
+    using AdminTest::SetRight;
+};
+
+struct Ware
+{
+    QString name;
+    double cost;
+    int delivered, used; // into the store, into the order
+};
+const Ware Wares[] = {{"Масло 5W30", 900, 10, 4}, {"Фильтр масляный", 300, 5, 2}, {"Свеча зажигания", 250, 8, 0}};
+const QList<QPair<QString, double>> Services = {{"Замена масла", 1000}, {"Диагностика", 500}};
+const QString Master = "Кузнецов А.";
+const double Discount = 10, MasterPercent = 30;
+const QString Customer = "Петров Пётр", Plate = "К321ОР77";
+
+// Every window the main window opens, and the windows' grids the operator works in during the day.
+const QStringList DayGrids = {"CustFM.frmCust",         "AutoFM.frmAuto",           "StoreFM.frmStore",
+                              "StoreCardFM.frmMaterials", "OrderFM.frmOrders",        "OrdersCardFM.frmOrdServ",
+                              "OrdersCardFM.frmOrdMat",  "PaymentFM.frmPayments",    "SalaryFM.frmSalary"};
+
+class ShopDay : public AppWindowsTest
+{
+protected:
+    void SetUp() override
+    {
+        AppWindowsTest::SetUp();
+        for (const Ware &w : Wares)
+            Exec(QString("insert into MAT (MATNAME, COST, QUANTITY) values ('%1', %2, 0)").arg(w.name).arg(w.cost));
+        for (const auto &[name, cost] : Services)
+            Exec(QString("insert into SERV (SERVNAME, COST, HOURS) values ('%1', %2, 1)").arg(name).arg(cost));
+        Exec(QString("insert into EMPLS (EMPLNAME, PERCSERV) values ('%1', %2)").arg(Master).arg(MasterPercent));
+    }
+    QVariant Scalar(const QString &sql) { return ScalarIn(*dm, sql); }
+    int Id(const QString &table, const QString &column, const QString &name)
+    {
+        return Scalar(QString("select ID from %1 where %2 = '%3'").arg(table, column, name)).toInt();
+    }
+    // Logs in through the kept dialog and shows a main window.
+    TMainFM &Start(int user)
+    {
+        ModalDriver driver;
+        driver.Then(Login(user));
+        EXPECT_TRUE(LoginFM->Execute());
+        TMainFM &main = NewMain();
+        main.show();
+        return main;
+    }
+    QList<TAction *> ChildActions()
+    {
+        TMainFM &m = *mainWindow;
+        return {m.actShowUsers,     m.actShowDiscount,      m.actShowCustomers, m.actShowMaterials, m.actShowServices,
+                m.actShowEmpls,     m.actShowOperationType, m.actShowStore,     m.actShowAuto,      m.actShowOrder,
+                m.actShowPayment,   m.actShowSalary};
+    }
+    template <class T = QWidget>
+    T *Open(TAction *action)
+    {
+        action->Execute();
+        QMdiSubWindow *sub = mainWindow->MDIClient->activeSubWindow();
+        auto *window = sub ? dynamic_cast<T *>(sub->widget()) : nullptr;
+        EXPECT_NE(window, nullptr) << action->text().toStdString();
+        return window;
+    }
+    // Runs `open`; `step` acts on the modal window of class M that it shows.
+    template <class M>
+    static void Modal(const std::function<void()> &open, const std::function<void(M *)> &step)
+    {
+        ModalDriver driver;
+        driver.Then([&](QWidget *modal) {
+            auto *window = qobject_cast<M *>(modal);
+            ASSERT_NE(window, nullptr) << modal->objectName().toStdString();
+            step(window);
+        });
+        open();
+        EXPECT_EQ(driver.Ran(), 1);
+        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
+    }
+    static void SetCell(TGridFrame *frame, int row, const QString &field, const QVariant &value)
+    {
+        TDBGridView *view = frame->GridView;
+        const QModelIndex index = view->model()->index(row, view->IndexOf(view->FindColumnByFieldName(field)));
+        ASSERT_TRUE(view->model()->flags(index) & Qt::ItemIsEditable) << field.toStdString();
+        view->model()->setData(index, value, Qt::EditRole);
+        QTest::qWait(30);
+    }
+    // The shown row of `frame` whose `field` holds `value`.
+    static int RowOf(TGridFrame *frame, const QString &field, const QVariant &value)
+    {
+        return int(W::Column(frame, field).indexOf(value.toString()));
+    }
+    static QList<TGridFrame *> Frames(QWidget *window) { return window->findChildren<TGridFrame *>(); }
+    double Debt(int employee)
+    {
+        return Scalar(QString("select SUMM from spSalaryMain(cast('today' as date) - 30, cast('today' as date)) "
+                              "where IDEMPL_LKP_EMPL_F_EMPLNAME = %1").arg(employee)).toDouble();
+    }
+    // Status, payment state, sum and paid sum.
+    QString OrderState(int order)
+    {
+        return Scalar(QString("select IDSTATUS || ':' || coalesce(PAYSTATE, 0) || ':' || cast(SUMORDER as integer) || ':' "
+                              "|| coalesce(cast(SUMPAY as integer), 0) from ORDERS where ID = %1").arg(order)).toString();
+    }
+    static QVariant Value(QWidget *card, const QString &field)
+    {
+        auto *editor = dynamic_cast<TValueEditor *>(W::Editor(card, field));
+        return editor ? editor->EditValue() : QVariant("<no editor>");
+    }
+    // What the store should hold: the delivery, less what the order took when `sold`.
+    static QStringList Expected(bool sold)
+    {
+        QStringList stock;
+        for (const Ware &w : Wares)
+            stock << QString::number(w.delivered - (sold ? w.used : 0));
+        return stock;
+    }
+    QStringList Stock()
+    {
+        QStringList stock;
+        for (const Ware &w : Wares)
+            stock << Scalar(QString("select QUANTITY from MAT where MATNAME = '%1'").arg(w.name)).toString();
+        return stock;
+    }
+};
+
+TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
+{
+    // The administrator gives the operator's role full access to the day's grids, in place in the rights grid.
+    TMainFM *main = &Start(1);
+    auto *users = Open<TUsersFM>(main->actShowUsers);
+    for (const QString &key : DayGrids) {
+        const int row = W::RowOf(users->frmRolesActions, {{"ID_ROLE_LKP_ROLES_F_ROLENAME", 2},
+                                                           {"ID_ACTION_LKP_ACTIONS_F_ACTNAME", Id("ACTIONS", "TACTION", key)}});
+        ASSERT_GE(row, 0) << key.toStdString();
+        W::SetRight(users->frmRolesActions, row, 4);
+    }
+    ModalDriver change;
+    change.Then(Login(2));
+    main->actChangeUser->Execute();
+    ASSERT_TRUE(main->windowTitle().startsWith("Автосервис [Оператор](Роль: Оператор)")) << main->windowTitle().toStdString();
+    users->close();
+
+    auto *customers = Open<TCustFM>(main->actShowCustomers);
+    W::OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
+                  W::Type(card, "TCXCUSTNAME", Customer);
+                  W::Type(card, "TCXMOBI_PHONE", "8-900-111");
+                  card->AdvGlowButton1->click();
+              }});
+    const int customer = Id("CUST", "CUSTNAME", Customer);
+    ASSERT_GT(customer, 1);
+    auto *autos = Open<TAutoFM>(main->actShowAuto);
+    W::OnCard(autos->frmAuto->actAdd, {[](TCustomDictFM *card) {
+                  W::Type(card, "REG_TCX", Plate);
+                  W::Pick(card->findChild<QWidget *>("IDMARK_LKP_MARK_F_MARKNAME_TCX"), "Skoda");
+                  W::Pick(card->findChild<QWidget *>("IDMODEL_LKP_MODEL_F_MODNAME_TCX"), "Fabia");
+                  card->AdvGlowButton1->click();
+              }});
+    const int vehicle = Id("AUTO", "REG", Plate);
+    ASSERT_GT(vehicle, 0);
+
+    // The morning's delivery.
+    auto *store = Open<TStoreFM>(main->actShowStore);
+    Modal<TStoreCardFM>([&] { store->frmStore->actAdd->Execute(); }, [&](TStoreCardFM *card) {
+        W::Pick(W::Editor(card, "IDOTYPE_LKP_OTYPE_F_OTYPENAME"), "Приход");
+        for (const Ware &w : Wares) {
+            Modal<TMaterialsDialogFM>([card] { card->frmMaterials->ToolButton2->click(); }, [&](TMaterialsDialogFM *d) {
+                ASSERT_TRUE(d->frmMaterials->DS->DataSet()->Locate("ID", Id("MAT", "MATNAME", w.name)));
+                d->AdvGlowButton1->click();
+            });
+            const int row = RowOf(card->frmMaterials, "SYS_IDMAT", Id("MAT", "MATNAME", w.name));
+            SetCell(card->frmMaterials, row, "QUANTITY", w.delivered);
+            SetCell(card->frmMaterials, row, "PRICEBUY", w.cost / 2);
+            EXPECT_TRUE(card->PostLines());
+        }
+        card->AdvGlowButton1->click();
+    });
+    EXPECT_EQ(Stock(), Expected(false));
+    EXPECT_EQ(W::Column(store->frmStore, "ID").size(), 3);
+
+    // The customer's order: two services, two materials, a discount on the services and their master.
+    auto *orders = Open<TOrderFM>(main->actShowOrder);
+    int order = 0;
+    Modal<TOrdersCardFM>([&] { orders->frmOrders->actAdd->Execute(); }, [&](TOrdersCardFM *card) {
+        order = card->OrderId().toInt();
+        Modal<TCustDialogFM>([card] { dynamic_cast<TDBButtonEdit *>(W::Editor(card, "DLG_IDCUST"))->ClickButton(0); },
+                             [&](TCustDialogFM *d) {
+                                 ASSERT_TRUE(d->frmCust->DS->DataSet()->Locate("ID", customer));
+                                 d->AdvGlowButton1->click();
+                             });
+        W::TypeAndLeave(W::Editor(card, "REG"), Plate);
+        W::Pick(W::Editor(card, "MARK_LKP_MARK_F_MARKNAME"), "Skoda");
+        W::Pick(W::Editor(card, "MODEL_LKP_MODEL_F_MODNAME"), "Fabia");
+        for (const auto &service : Services)
+            Modal<TOrdServCardFM>([card] { card->frmOrdServ->ToolButton2->click(); }, [&](TOrdServCardFM *c) {
+                ASSERT_TRUE(c->frmServices->DS->DataSet()->Locate("ID", Id("SERV", "SERVNAME", service.first)));
+                c->AdvGlowButton1->click();
+            });
+        Modal<TOrdMatCardFM>([card] { card->frmOrdMat->ToolButton2->click(); }, [&](TOrdMatCardFM *c) {
+            TDBGridView *view = c->frmMaterials->GridView;
+            for (const Ware &w : Wares)
+                if (w.used)
+                    view->selectionModel()->select(view->model()->index(RowOf(c->frmMaterials, "MATNAME", w.name), 0),
+                                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            c->AdvGlowButton3->click();
+        });
+        for (const Ware &w : Wares)
+            if (w.used)
+                SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, "IDMAT_LKP_MAT_F_MATNAME", Id("MAT", "MATNAME", w.name)),
+                        "OCNT", w.used);
+        W::Pick(card->lcbMaster, Master);
+        card->btnMaster->click();
+        W::TypeAndLeave(W::Editor(card, "DISCOUNT"), QString::number(Discount));
+        card->btnDiscount->click();
+        card->AdvGlowButton1->click();
+    });
+    EXPECT_EQ(dialogs.Texts(), QStringList({TOrdersCardFM::MasterQuestion, TOrdersCardFM::DiscountQuestion}));
+    dialogs.Clear();
+    double services = 0, sum = 0;
+    for (const auto &service : Services)
+        services += service.second * (100 - Discount) / 100;
+    sum = services;
+    for (const Ware &w : Wares)
+        sum += w.cost * w.used;
+    EXPECT_EQ(OrderState(order), QString("1:1:%1:0").arg(sum));
+    EXPECT_EQ(Scalar(QString("select IDCUST || ':' || IDAUTO from ORDERS where ID = %1").arg(order)).toString(),
+              QString("%1:%2").arg(customer).arg(vehicle));
+    EXPECT_EQ(Stock(), Expected(true));
+
+    // All five documents of the order.
+    const QString num = Scalar(QString("select NUM from ORDERS where ID = %1").arg(order)).toString();
+    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", order));
+    Modal<TSelectPrintDocFM>([&] { orders->actPrint->Execute(); }, [](TSelectPrintDocFM *d) {
+        for (QCheckBox *box : {d->cxCheckBox2, d->cxCheckBox3, d->cxCheckBox4, d->cxCheckBox5})
+            box->setChecked(true);
+        d->AdvGlowButton1->click();
+    });
+    QStringList documents;
+    for (const char *kind : {"zakaz", "zakaz-nar", "schet", "schet-fact", "act"})
+        documents << dm->DocFolder + kind + num + ".rtf";
+    EXPECT_EQ(shell.Opened, documents);
+
+    // Paid in two goes, the second for what is left; then the order is closed.
+    auto *cash = Open<TPaymentFM>(main->actShowPayment);
+    double paid = 0;
+    for (const double part : {sum / 3, sum - sum / 3}) {
+        W::OnCard(cash->frmPayments->actAdd, {[&](TCustomDictFM *card) {
+                      W::Pick(W::Editor(card, TPaymentCardFM::CustomerField), Customer);
+                      EXPECT_EQ(Value(card, TPaymentCardFM::ObjectField).toInt(), order);
+                      EXPECT_DOUBLE_EQ(Value(card, "SUMM").toDouble(), sum - paid) << "what is left to pay";
+                      W::TypeAndLeave(W::Editor(card, "SUMM"), QString::number(part));
+                      card->AdvGlowButton1->click();
+                  }});
+        paid += part;
+        EXPECT_EQ(OrderState(order), QString("1:%1:%2:%3").arg(paid < sum ? 2 : 3).arg(sum).arg(paid));
+    }
+    EXPECT_EQ(W::Column(cash->frmPayments, "SUMM").size(), 2);
+    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", order));
+    Modal<TOrdersCardFM>([&] { orders->frmOrders->actEdit->Execute(); }, [](TOrdersCardFM *card) {
+        W::Pick(W::Editor(card, "IDSTATUS_LKP_OSTATE_F_STATENAME"), "Закрыт");
+        card->AdvGlowButton1->click();
+    });
+    EXPECT_EQ(OrderState(order), QString("6:3:%1:%1").arg(sum));
+
+    // The master's pay for the day, as the debts list of the payroll card offers it.
+    const int master = Id("EMPLS", "EMPLNAME", Master);
+    EXPECT_DOUBLE_EQ(Debt(master), services * MasterPercent / 100);
+    auto *payroll = Open<TSalaryFM>(main->actShowSalary);
+    W::OnCard(payroll->frmSalary->actAdd, {[&](TCustomDictFM *card) {
+                  auto *payout = qobject_cast<TSalaryCardFM *>(card);
+                  payout->frmEmpl->GridView->SetFocusedRowIndex(RowOf(payout->frmEmpl, TSalaryCardFM::EmployeeField, master));
+                  card->AdvGlowButton1->click();
+              }});
+    EXPECT_DOUBLE_EQ(Debt(master), 0);
+
+    // The three reports of the day, each exported to a workbook that the shell opens.
+    const struct
+    {
+        TAction *action;
+        QString field, expected;
+    } reports[] = {{main->actOtchetVipZakaz, "NUM", num},
+                   {main->actOtchetUslug, "SERVNAME", Services[0].first},
+                   {main->actOtchetMaterial, "MATNAME", Wares[0].name}};
+    for (const auto &r : reports) {
+        auto *report = Open<TfmReport>(r.action);
+        TFIBDataSet &ds = report->DataSet();
+        EXPECT_TRUE(ds.Locate(r.field, r.expected)) << r.field.toStdString();
+        report->cxButton2->click();
+        EXPECT_TRUE(QFile::exists(report->LastWorkbook())) << r.field.toStdString();
+        EXPECT_EQ(shell.Opened.last(), report->LastWorkbook());
+    }
+    EXPECT_EQ(dialogs.Texts(), QStringList());
+
+    // "Выход", as the program ends: the run's transaction is committed and the database backed up.
+    main->actExit->Execute();
+    EXPECT_EQ(dialogs.Texts(), QStringList{"Закрыть приложение?"});
+    EXPECT_FALSE(main->isVisible());
+    mainWindow.reset();
+    dm->DataModuleDestroy();
+    dm->AutomaticBackup();
+    delete LoginFM;
+    dm.reset();
+
+    // The next start on the same folder.
+    dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"});
+    LoginFM = new TLoginFM();
+    main = &Start(2);
+    EXPECT_EQ(Stock(), Expected(true));
+    orders = Open<TOrderFM>(main->actShowOrder);
+    const int row = RowOf(orders->frmOrders, "ID", order);
+    ASSERT_GE(row, 0);
+    EXPECT_EQ(W::Column(orders->frmOrders, "IDSTATUS_LKP_OSTATE_F_STATENAME")[row], "6");
+    EXPECT_EQ(W::Column(orders->frmOrders, "PSTATUS_LKP_PAYSTATE_F_STATUS")[row], "3");
+    EXPECT_EQ(W::Column(orders->frmOrders, "SUMPAY")[row], "0") << "nothing left to pay";
+    const auto sold = std::count_if(std::begin(Wares), std::end(Wares), [](const Ware &w) { return w.used > 0; });
+    EXPECT_EQ(W::Column(Open<TStoreFM>(main->actShowStore)->frmStore, "ID").size(), std::size(Wares) + sold)
+        << "the delivery's lines and the order's";
+    EXPECT_DOUBLE_EQ(Debt(master), 0);
+    EXPECT_EQ(W::Column(Open<TPaymentFM>(main->actShowPayment)->frmPayments, "SUMM").size(), 2);
+    for (const QString &document : documents)
+        EXPECT_TRUE(QFile::exists(document)) << document.toStdString();
+    EXPECT_EQ(QDir(dataHome + "/Kelvarion/backup").entryList({"*.fbk"}).size(), 1);
+}
+
+// Who may do what in the day's windows: the viewer nothing, the operator no adding or deleting.
+TEST_F(ShopDay, RolesThatMayOnlyViewOrChangeCannotAddOrDeleteInAnyWindow)
+{
+    Exec("insert into CUST (CUSTNAME) values ('Сидоров')");
+    Exec("insert into ORDERS (IDCUST, IDSTATUS, CREATE_DATE) select max(ID), 1, cast('today' as date) from CUST");
+    const struct
+    {
+        int user;
+        bool edits;
+    } roles[] = {{3, false}, {2, true}};
+    QSet<QString> seen;
+    for (const auto &role : roles) {
+        Start(role.user);
+        for (TAction *action : ChildActions()) {
+            QWidget *window = Open(action);
+            for (TGridFrame *frame : Frames(window)) {
+                seen << frame->RightsKey();
+                const std::string key = frame->RightsKey().toStdString();
+                EXPECT_FALSE(frame->actAdd->isEnabled() || frame->actDel->isEnabled()) << role.user << " " << key;
+                if (!role.edits)
+                    EXPECT_FALSE(frame->actEdit->isEnabled()) << key;
+                // A double click on a row opens no card for the viewer: only a window's choice, if any.
+                if (!role.edits && frame->GridView->RowCount() > 0) {
+                    ModalDriver nothing(300);
+                    QTest::mouseDClick(frame->GridView->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+                    EXPECT_EQ(nothing.Failures, QStringList()) << key;
+                }
+            }
+            if (role.user == 2 && dynamic_cast<TUsersFM *>(window))
+                EXPECT_TRUE(static_cast<TUsersFM *>(window)->frmUser->actEdit->isEnabled()) << "the seeded «Изменение»";
+        }
+        mainWindow.reset();
+    }
+    for (const QString &key : DayGrids)
+        EXPECT_TRUE(seen.contains(key) || key.contains("CardFM")) << key.toStdString();
+    EXPECT_EQ(dialogs.Texts(), QStringList());
+}
+
+// A hurried receptionist: double clicks on empty grids, Enter in empty filters, Escape in every card of
+// every window, and a journal closed while its card is open.
+TEST_F(ShopDay, HurriedInputBreaksNothingAndLosesNothingEntered)
+{
+    TMainFM &main = Start(1);
+    auto *hurried = new ScriptedDialogs; // answers the questions of this part only
+    for (TAction *action : ChildActions()) {
+        QWidget *window = Open(action);
+        for (QLineEdit *line : window->findChildren<QLineEdit *>())
+            if (line->isVisible() && line->text().isEmpty())
+                QTest::keyClick(line, Qt::Key_Return);
+        W::Settle();
+        for (TGridFrame *frame : Frames(window)) {
+            const std::string key = frame->RightsKey().toStdString();
+            const int rows = frame->GridView->RowCount();
+            ModalDriver nothing(300);
+            if (rows == 0)
+                QTest::mouseDClick(frame->GridView->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+            EXPECT_EQ(nothing.Failures, QStringList()) << key;
+            if (!frame->actAdd->isEnabled() || !frame->isVisible())
+                continue;
+            if (hurried->PendingAnswers() == 0)
+                hurried->Answer(Dialogs::ResultCancel); // "save?", if the card asks
+            ModalDriver escape;
+            escape.Then([](QWidget *card) { QTest::keyClick(card, Qt::Key_Escape); });
+            // The database never deletes an action, so a cancelled new one stays, told as any failure is.
+            const bool keepsRow = key == "UsersFM.frmActions";
+            try {
+                frame->actAdd->Execute();
+                EXPECT_FALSE(keepsRow);
+            } catch (const std::exception &) {
+                EXPECT_TRUE(keepsRow) << key;
+            }
+            EXPECT_EQ(escape.Failures, QStringList()) << key;
+            frame->actRefresh->Execute();
+            EXPECT_EQ(frame->GridView->RowCount(), rows + keepsRow) << key;
+        }
+    }
+    QStringList told = hurried->Texts();
+    told.removeAll(TCustomDictFM::SaveQuestion);
+    EXPECT_EQ(told, QStringList());
+    delete hurried;
+    dialogs.Install();
+
+    // Typed, then Escape: the card asks, and a new row whose card was not confirmed goes all the same.
+    auto *customers = Open<TCustFM>(main.actShowCustomers);
+    const int customerRows = customers->frmCust->GridView->RowCount();
+    W::OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
+                  W::Type(card, "TCXCUSTNAME", "Быстров");
+                  QTest::keyClick(card, Qt::Key_Escape);
+              }});
+    EXPECT_EQ(dialogs.Texts(), QStringList{TCustomDictFM::SaveQuestion});
+    EXPECT_FALSE(W::Column(customers->frmCust, "CUSTNAME").contains("Быстров"));
+
+    // The journal closed behind its card: the card still saves, and nothing breaks.
+    W::OnCard(customers->frmCust->actAdd, {[&](TCustomDictFM *card) {
+                  W::Type(card, "TCXCUSTNAME", "Торопыгин");
+                  customers->close();
+                  card->AdvGlowButton1->click();
+              }});
+    EXPECT_TRUE(customers->isVisible()) << "the journal stays while its card is open";
+    AppWindowsTest::Flush();
+    EXPECT_GT(Id("CUST", "CUSTNAME", "Торопыгин"), 1);
+    EXPECT_EQ(Open<TCustFM>(main.actShowCustomers)->frmCust->GridView->RowCount(), customerRows + 1);
+}
+
+} // namespace
