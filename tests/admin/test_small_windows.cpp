@@ -150,7 +150,7 @@ TEST_F(ScriptTest, AQueryRunsOnEnterOrButtonAndABadOneKeepsTheColumns)
 
 // ---- Requisites and the about box -------------------------------------------------------------------
 
-TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedure)
+TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedureAndAboutShowsTheVersion)
 {
     const int customers = Count("CUST");
     const auto show = [&](const std::function<void(TRequisitsFM &)> &step) {
@@ -181,10 +181,8 @@ TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedure)
         EXPECT_EQ(card.findChild<QLineEdit *>("CUSTNAME_TCX")->text(), "ООО \"Колесо\"") << "read anew";
         card.AdvGlowButton2->click();
     });
-}
 
-TEST_F(AdminTest, AboutShowsTheVersionAndOpensTheSite)
-{
+    // The about box shows the version and opens the site.
     TAboutFM about;
     ModalDriver driver;
     driver.Then([&](QWidget *) {
