@@ -140,7 +140,7 @@ TEST_F(AutoWindowTest, AVehicleIsAddedThroughItsCardAndRowsInUseAreNotDeleted)
     }
 }
 
-TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitles)
+TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitlesAndTheGridsRegisterTheirRights)
 {
     Show();
     for (TGridFrame *frame : {window->frmAuto, window->frmMark, window->frmModel, window->frmAType, window->frmAYear}) {
@@ -154,10 +154,8 @@ TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitles)
                    card->AdvGlowButton2->click();
                }});
     }
-}
 
-TEST_F(AutoWindowTest, TheGridsRegisterTheirRightsAndARoleThatMayOnlyViewCannotChange)
-{
+    // The grids register their rights, and a role that may only view cannot change.
     CurrentRoleId = 3;
     Show();
     TCustFM customers;
