@@ -78,7 +78,7 @@ TEST_F(GridRightsTest, EachRightEnablesItsActions)
     }
 }
 
-TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgainAndFramesWithoutRightsOrARowInTheCatalogue)
+TEST_F(GridRightsTest, AnActionOnceDisabledStaysSoFramesWithoutRightsOrARowInTheCatalogueAndNewFramesRegister)
 {
     MakeFrame("RightsFM", "frmRightsTest", &dm->spRolesOpen, "spRoles", "Проверка прав");
     frame->actAdd->setEnabled(false);
@@ -106,10 +106,8 @@ TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgainAndFramesWithoutRi
     EXPECT_TRUE(lone.actAdd->isEnabled());
     EXPECT_GT(lone.GridView->RowCount(), 0);
     EXPECT_EQ(Count("ACTIONS where TACTION like '%frmLone'"), 0);
-}
 
-TEST_F(GridRightsTest, NewFrameRegistersItselfUnderItsTitle)
-{
+    // A new frame registers itself under its title.
     const int before = Count("ACTIONS");
     const QString title = "select ACTNAME from ACTIONS where TACTION = 'NewListFM.frmNewList'";
     MakeFrame("NewListFM", "frmNewList", &dm->spRolesOpen, "spRoles", "Новый список")->actRefresh->Execute();
