@@ -4,7 +4,6 @@
 
 #include "captions_file.h"
 
-#include <QSettings>
 #include <QToolButton>
 
 namespace {
