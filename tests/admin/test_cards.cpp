@@ -18,21 +18,6 @@ protected:
     }
     QString StoredPassword(int id) { return Scalar(QString("select PASSWORD from USERS where ID = %1").arg(id)).toString(); }
     static QLineEdit *Edit(QWidget *card, const QString &name) { return card->findChild<QLineEdit *>(name); }
-
-    // Runs the action with the steps given, each on the card then open.
-    void OnCard(TAction *action, const QList<std::function<void(TCustomDictFM *)>> &steps)
-    {
-        ModalDriver driver;
-        for (const auto &step : steps)
-            driver.Then([step](QWidget *modal) {
-                auto *card = qobject_cast<TCustomDictFM *>(modal);
-                ASSERT_NE(card, nullptr);
-                step(card);
-            });
-        action->Execute();
-        EXPECT_EQ(driver.Ran(), steps.size());
-        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
-    }
 };
 
 TEST_F(CardsTest, AnEmptyPasswordKeepsTheStoredOneAndATypedOneIsStoredAsLowerCaseMd5)

@@ -102,7 +102,7 @@ protected:
     std::unique_ptr<TScriptFM> script;
 };
 
-TEST_F(ScriptTest, PanesShowOnlyOverrideFilesAndSaveWritesThem)
+TEST_F(ScriptTest, PanesShowOnlyOverrideFilesSaveWritesThemAndAQueryRunsOnEnterOrButton)
 {
     Show();
     EXPECT_EQ(script->mTables->toPlainText(), "");
@@ -123,11 +123,8 @@ TEST_F(ScriptTest, PanesShowOnlyOverrideFilesAndSaveWritesThem)
     EXPECT_EQ(script->mTables->toPlainText(), "CREATE TABLE КНИГИ (ID INTEGER);\n-- своя схема");
     EXPECT_EQ(script->mProcedures->toPlainText(), "");
     EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
-}
 
-TEST_F(ScriptTest, AQueryRunsOnEnterOrButtonAndABadOneKeepsTheColumns)
-{
-    Show();
+    // A query runs on Enter or the button; a bad one keeps the columns.
     script->Memo1->setPlainText("select ID, ROLENAME from ROLES order by ID");
     script->Memo1->moveCursor(QTextCursor::End);
     QTest::keyClick(script->Memo1, Qt::Key_Return);
@@ -150,7 +147,7 @@ TEST_F(ScriptTest, AQueryRunsOnEnterOrButtonAndABadOneKeepsTheColumns)
 
 // ---- Requisites and the about box -------------------------------------------------------------------
 
-TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedure)
+TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedureAndAboutShowsTheVersion)
 {
     const int customers = Count("CUST");
     const auto show = [&](const std::function<void(TRequisitsFM &)> &step) {
@@ -181,10 +178,8 @@ TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedure)
         EXPECT_EQ(card.findChild<QLineEdit *>("CUSTNAME_TCX")->text(), "ООО \"Колесо\"") << "read anew";
         card.AdvGlowButton2->click();
     });
-}
 
-TEST_F(AdminTest, AboutShowsTheVersionAndOpensTheSite)
-{
+    // The about box shows the version and opens the site.
     TAboutFM about;
     ModalDriver driver;
     driver.Then([&](QWidget *) {

@@ -4,7 +4,6 @@
 
 #include "captions_file.h"
 
-#include <QSettings>
 #include <QToolButton>
 
 namespace {
@@ -57,27 +56,9 @@ TEST_F(UsersWindowTest, SixGridsOpenWithTheirRightsSplitByThirds)
 TEST_F(UsersWindowTest, EveryGridAndCardShowsRussianTitlesFromTheIniFile)
 {
     ASSERT_TRUE(QFile::exists(TCaptionsFile::FileName())) << TCaptionsFile::FileName().toStdString();
-    QSettings ini(TCaptionsFile::FileName(), QSettings::IniFormat);
     for (TGridFrame *frame : Frames()) {
-        const QString section = "UsersFM." + frame->objectName();
-        QStringList captions;
-        int visible = 0;
         // Hidden columns can be shown from the header's menu: they get titles too.
-        for (TGridColumn *column : frame->GridView->ColumnList()) {
-            captions << column->Caption();
-            EXPECT_NE(column->Caption(), column->FieldName()) << section.toStdString();
-            visible += column->Visible();
-        }
-        EXPECT_EQ(NotRussian(captions), QStringList()) << section.toStdString();
-        EXPECT_GT(visible, 0);
-        // Each key of the section names a field the procedure returns.
-        ini.beginGroup(section);
-        const QStringList keys = ini.childKeys();
-        ini.endGroup();
-        EXPECT_EQ(keys.size(), frame->GridView->ColumnCount()) << section.toStdString();
-        for (const QString &key : keys)
-            EXPECT_NE(frame->GridView->FindColumnByFieldName(key), nullptr) << section.toStdString() << ": " << key.toStdString();
-
+        ExpectRussianTitles(frame);
         if (frame == users->frmRoles)
             continue; // a hand-laid card: its boxes take the grid's titles
         frame->OnCreateCard();
@@ -98,7 +79,7 @@ TEST_F(UsersWindowTest, EveryGridAndCardShowsRussianTitlesFromTheIniFile)
     EXPECT_EQ(users->frmUser->GridView->FindColumnByFieldName("ID_ROLE_LKP_ROLES_F_ROLENAME")->Caption(), "Роль");
 }
 
-TEST_F(UsersWindowTest, OnlyTheRightIsEditedInTheGridAndSavedAtOnceEvenWithoutARow)
+TEST_F(UsersWindowTest, OnlyTheRightIsEditedInTheGridAndSavedAtOnceEvenWithoutARowButTheAdministratorsSpringsBack)
 {
     TDBGridView *view = users->frmRolesActions->GridView;
     for (TGridColumn *column : view->ColumnList()) {
@@ -134,24 +115,21 @@ TEST_F(UsersWindowTest, OnlyTheRightIsEditedInTheGridAndSavedAtOnceEvenWithoutAR
     EXPECT_EQ(RightOf(role, ActionId("UsersFM.frmUser")), 3);
     EXPECT_EQ(ShownRight(users->frmRolesActions, fresh), "Изменение");
     EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
-}
 
-TEST_F(UsersWindowTest, TheAdministratorsRightSpringsBackWithItsMessage)
-{
-    const int action = ActionId("UsersFM.frmUser");
-    const int row = RightsRow(1, action);
-    ASSERT_GE(row, 0);
-    SetRight(users->frmRolesActions, row, 1);
+    // The administrators' right springs back with its message.
+    const int admins = RightsRow(1, ActionId("UsersFM.frmUser"));
+    ASSERT_GE(admins, 0);
+    SetRight(users->frmRolesActions, admins, 1);
     ASSERT_EQ(dialogs.Shown.size(), 1);
     EXPECT_EQ(dialogs.Shown[0].kind, Dialogs::Error);
     EXPECT_TRUE(dialogs.Shown[0].text.contains("Права администратора менять запрещено")) << dialogs.Shown[0].text.toStdString();
-    EXPECT_EQ(ShownRight(users->frmRolesActions, row), "Полный доступ");
+    EXPECT_EQ(ShownRight(users->frmRolesActions, admins), "Полный доступ");
     EXPECT_EQ(dm->spRolesActionsOpen.State(), dsBrowse);
-    EXPECT_EQ(RightOf(1, action), 4);
+    EXPECT_EQ(RightOf(1, ActionId("UsersFM.frmUser")), 4);
     // The window goes on working: the next change of another role is saved.
-    SetRight(users->frmRolesActions, RightsRow(3, action), 1);
+    SetRight(users->frmRolesActions, RightsRow(3, ActionId("UsersFM.frmUser")), 1);
     EXPECT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_EQ(RightOf(3, action), 1);
+    EXPECT_EQ(RightOf(3, ActionId("UsersFM.frmUser")), 1);
 }
 
 } // namespace

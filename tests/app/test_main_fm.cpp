@@ -56,7 +56,7 @@ QStringList Texts(const QList<QAction *> &actions)
     return texts;
 }
 
-TEST_F(MainWindow, MenuAndToolBarHoldTheCommandsInTheirOrder)
+TEST_F(MainWindow, MenuAndToolBarHoldTheCommandsInTheirOrderTheCaptionNamesTheUserAndExitAsksFirst)
 {
     TMainFM &form = NewMain();
     QList<QPair<QString, QStringList>> expected = {
@@ -100,11 +100,8 @@ TEST_F(MainWindow, MenuAndToolBarHoldTheCommandsInTheirOrder)
     EXPECT_EQ(fmOtchetUslug->windowTitle(), "Отчет о хитах услуг");
     EXPECT_TRUE(fmOtchetUslug->windowState() & Qt::WindowMaximized);
     delete fmOtchetUslug.data();
-}
 
-TEST_F(MainWindow, ShowingPutsUserAndRoleInTheCaptionAndExitAsksFirst)
-{
-    TMainFM &form = NewMain();
+    // Showing puts user and role in the caption; exit asks first.
     EXPECT_EQ(form.windowTitle(), "Kelvarion - приложение для автосервиса");
     EXPECT_TRUE(form.windowState() & Qt::WindowMaximized);
     CurrentUserName = "Оператор";
@@ -159,6 +156,16 @@ TEST_F(MainWindow, OneWindowPerClassAndAnEntryPerOpeningInTheWindowsMenu)
     form.ChildMenuItems().first()->trigger();
     EXPECT_EQ(Children(form).size(), 2) << "an entry runs its action";
     EXPECT_EQ(form.ChildMenuItems().size(), 3);
+
+    // An order filter opens the journal first, then filters; an open journal is brought forward.
+    form.RegisterChild(form.actShowOrder, ChildWindow<OrdersStandIn>());
+    TFilterOrder filter;
+    for (const QString reg : {"А123ВС", "В777ОР"})
+        EXPECT_EQ((filter.Reg = reg, form.SendMessage(1027, reinterpret_cast<qintptr>(&filter), 0)), 0);
+    EXPECT_EQ(Children(form).size(), 3);
+    auto *journal = dynamic_cast<OrdersStandIn *>(form.MDIClient->activeSubWindow()->widget());
+    ASSERT_NE(journal, nullptr);
+    EXPECT_EQ(journal->windowTitle() + ": " + journal->Regs.join(' '), "Журнал заказов: А123ВС В777ОР");
     form.close();
 }
 
@@ -208,24 +215,6 @@ TEST_F(MainWindow, ChangeOfUserKeepsWindowsAndChangesTheCaptionAtOnceButARefusal
     EXPECT_EQ(form.windowTitle(), "Автосервис [Только просмотр](Роль: Только просмотр) - [Справочник клиентов]");
     EXPECT_EQ(Session(), "3 Только просмотр 3 Только просмотр");
     EXPECT_EQ(Children(form), QList<QWidget *>({open.data()}));
-    form.close();
-}
-
-TEST_F(MainWindow, OrderFilterOpensTheJournalFirstThenFilters)
-{
-    TMainFM &form = ShowMain();
-    TFilterOrder filter;
-    const auto send = [&](const QString &reg) {
-        filter.Reg = reg;
-        return form.SendMessage(1027, reinterpret_cast<qintptr>(&filter), 0);
-    };
-    form.RegisterChild(form.actShowOrder, ChildWindow<OrdersStandIn>());
-    EXPECT_EQ(send("А123ВС"), 0);
-    send("В777ОР");
-    ASSERT_EQ(Children(form).size(), 1) << "an open journal is brought forward";
-    auto *journal = dynamic_cast<OrdersStandIn *>(Children(form).first());
-    ASSERT_NE(journal, nullptr);
-    EXPECT_EQ(journal->windowTitle() + ": " + journal->Regs.join(' '), "Журнал заказов: А123ВС В777ОР");
     form.close();
 }
 

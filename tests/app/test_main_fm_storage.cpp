@@ -18,7 +18,7 @@ protected:
     QString IniPath() const { return home.path() + "/sharekelvarion.ini"; }
 };
 
-TEST_F(MainWindowStorage, MarksAndPlacementArePersistedAtCloseBesideTheFolder)
+TEST_F(MainWindowStorage, MarksAndPlacementArePersistedAtCloseAndABadFileOrMissingFolderDoNotStopTheStart)
 {
     CurrencyWords().Val1 = "old";
     TMainFM &form = NewMain();
@@ -50,10 +50,8 @@ TEST_F(MainWindowStorage, MarksAndPlacementArePersistedAtCloseBesideTheFolder)
     QCoreApplication::processEvents();
     EXPECT_EQ(again.size(), size);
     again.close();
-}
 
-TEST_F(MainWindowStorage, CorruptFileForeignPlacementOrMissingFolderDoNotStopTheStart)
-{
+    // A corrupt file, a foreign placement or a missing folder do not stop the start.
     QByteArray garbage("[MainFM\n\x01\x02\xff\xfe=\n edVal1.Text\n=\n[[[\nPlacement=@ByteArray(\\x00\\x01)\n");
     garbage.append(QByteArray(64, '\0'));
     for (const QByteArray &content : {garbage, QByteArray("[MainFM]\nPlacement=bm90IGEgcGxhY2VtZW50\nedVal1.Text=42\n")}) {
@@ -71,10 +69,10 @@ TEST_F(MainWindowStorage, CorruptFileForeignPlacementOrMissingFolderDoNotStopThe
 
     const QString missing = home.path() + "/nowhere/deeper/share";
     qputenv("XDG_DATA_HOME", missing.toLocal8Bit());
-    TMainFM &form = NewMain();
-    EXPECT_EQ(form.FormStorage1.IniFileName, missing + "kelvarion.ini");
-    form.show();
-    form.close();
+    TMainFM &moved = NewMain();
+    EXPECT_EQ(moved.FormStorage1.IniFileName, missing + "kelvarion.ini");
+    moved.show();
+    moved.close();
     EXPECT_TRUE(dialogs.Texts().isEmpty());
 }
 

@@ -48,7 +48,7 @@ protected:
     std::unique_ptr<TAutoFM> window;
 };
 
-TEST_F(AutoWindowTest, ShowOrdersSendsThePlateOfTheCurrentVehicleAndTheWholePeriod)
+TEST_F(AutoWindowTest, ShowOrdersSendsThePlateAndTheWholePeriodAndThreeListsTakeAQuarterEach)
 {
     NewVehicle("А111АА");
     const int current = NewVehicle("В222ВВ");
@@ -67,11 +67,8 @@ TEST_F(AutoWindowTest, ShowOrdersSendsThePlateOfTheCurrentVehicleAndTheWholePeri
         EXPECT_TRUE((sent.OState + sent.Num + sent.Cust + sent.Mark + sent.Model).isEmpty());
     }
     EXPECT_EQ(window->frmAuto->pmMain->actions().last()->text(), "Показать заказы по данному автомобилю");
-}
 
-TEST_F(AutoWindowTest, ThreeListsTakeAQuarterOfTheWindowEachAndTheYearsTheRest)
-{
-    Show();
+    // Three lists take a quarter of the window each, the years the rest.
     for (const int width : {1000, 1203, 801}) {
         window->resize(width, 700);
         QCoreApplication::processEvents();
@@ -140,7 +137,7 @@ TEST_F(AutoWindowTest, AVehicleIsAddedThroughItsCardAndRowsInUseAreNotDeleted)
     }
 }
 
-TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitles)
+TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitlesAndTheGridsRegisterTheirRights)
 {
     Show();
     for (TGridFrame *frame : {window->frmAuto, window->frmMark, window->frmModel, window->frmAType, window->frmAYear}) {
@@ -154,10 +151,8 @@ TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitles)
                    card->AdvGlowButton2->click();
                }});
     }
-}
 
-TEST_F(AutoWindowTest, TheGridsRegisterTheirRightsAndARoleThatMayOnlyViewCannotChange)
-{
+    // The grids register their rights, and a role that may only view cannot change.
     CurrentRoleId = 3;
     Show();
     TCustFM customers;

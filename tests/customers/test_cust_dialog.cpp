@@ -41,7 +41,7 @@ TEST_F(CustDialogTest, OkIsSetOnceOnShowByWhetherTheGridHasRows)
     EXPECT_EQ(empty.ModalResult(), mrNone) << "double click does nothing then";
 }
 
-TEST_F(CustDialogTest, DoubleClickChoosesTheCurrentRowAndCancelNothing)
+TEST_F(CustDialogTest, DoubleClickChoosesTheCurrentRowCancelNothingAndEachFilterWrapsTheText)
 {
     for (const bool choose : {true, false}) {
         TCustDialogFM dialog;
@@ -53,10 +53,7 @@ TEST_F(CustDialogTest, DoubleClickChoosesTheCurrentRowAndCancelNothing)
         EXPECT_EQ(dialog.Execute(), choose);
         EXPECT_EQ(dialog.CustId, choose ? petrov : 0);
     }
-}
-
-TEST_F(CustDialogTest, EachFilterWrapsTheTextAndPatternSignsOrQuotesBreakNothing)
-{
+    // Each filter wraps the text; pattern signs and quotes break nothing.
     TCustDialogFM dialog;
     dialog.show();
     const QStringList mine{"Петров"}, other{"100% O'Brien_"};

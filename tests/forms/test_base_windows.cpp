@@ -12,7 +12,18 @@
 
 namespace {
 
-TEST(DialogWindow, ExecuteIsTrueForOkOnly)
+class RecordingMainWindow : public TMainWindowLink
+{
+public:
+    QList<QList<qintptr>> Messages;
+    qintptr SendMessage(int message, qintptr wParam, qintptr lParam) override
+    {
+        Messages.append(QList<qintptr>{message, wParam, lParam});
+        return 0;
+    }
+};
+
+TEST(BaseWindows, ExecuteIsTrueForOkOnlyAndClosingAChildFreesIt)
 {
     TfmDialog dialog;
     ModalDriver driver;
@@ -32,21 +43,8 @@ TEST(DialogWindow, ExecuteIsTrueForOkOnly)
         EXPECT_EQ(dialog.ModalResult(), row.result ? mrOk : mrCancel);
         EXPECT_FALSE(dialog.isVisible());
     }
-}
 
-class RecordingMainWindow : public TMainWindowLink
-{
-public:
-    QList<QList<qintptr>> Messages;
-    qintptr SendMessage(int message, qintptr wParam, qintptr lParam) override
-    {
-        Messages.append(QList<qintptr>{message, wParam, lParam});
-        return 0;
-    }
-};
-
-TEST(ChildWindow, ClosingAChildFreesItAndTellsTheMainWindowAWindowAloneIsOnlyHidden)
-{
+    // Closing a child frees it and tells the main window; a window alone is only hidden.
     RecordingMainWindow main;
     QMdiArea area;
     area.show();

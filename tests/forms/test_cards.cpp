@@ -83,7 +83,7 @@ TEST_F(CardTest, VisMarkHidesTheRowAndDatesBecomeDatesOnceACardOpens)
     EXPECT_EQ(frame->GridView->DisplayText(0, made), "05.03.2024");
 }
 
-TEST_F(CardTest, CancelAsksToSaveOnlyAfterTyping)
+TEST_F(CardTest, CancelAsksToSaveOnlyAfterTypingAndACardOfADataSourceClosesAfterAFailedSave)
 {
     MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 3));
@@ -106,22 +106,20 @@ TEST_F(CardTest, CancelAsksToSaveOnlyAfterTyping)
     EXPECT_EQ(Scalar("select COMMENT from ROLES where ID = 3").toString(), "Смотрит");
     EXPECT_EQ(dm->spRolesOpen.State(), dsEdit);
     EXPECT_EQ(dm->spRolesOpen.FieldByName("COMMENT")->AsString(), "Не сохранять");
-}
 
-TEST_F(CardTest, CardOfADataSourceClosesAfterAFailedSave)
-{
-    dm->spRolesOpen.Open();
+    // A card of a data source closes after a failed save.
+    dm->spRolesOpen.Cancel();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
-    TDictFM card(&dm->dsRolesOpen, "spRolesEdit");
+    TDictFM source(&dm->dsRolesOpen, "spRolesEdit");
     ModalDriver driver;
     driver.Then([&](QWidget *) {
-        TypeText(Child(&card, "ROLENAME_TCX"), "Администратор");
-        card.AdvGlowButton1->click();
+        TypeText(Child(&source, "ROLENAME_TCX"), "Администратор");
+        source.AdvGlowButton1->click();
     });
-    EXPECT_TRUE(card.Execute());
-    EXPECT_TRUE(card.ErrorText.isEmpty());
-    ASSERT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_TRUE(dialogs.Shown[0].text.contains("Роль с таким названием уже существует"));
+    EXPECT_TRUE(source.Execute());
+    EXPECT_TRUE(source.ErrorText.isEmpty());
+    ASSERT_EQ(dialogs.Shown.size(), 3);
+    EXPECT_TRUE(dialogs.Shown[2].text.contains("Роль с таким названием уже существует"));
 }
 
 // The hand-laid card over the roles grid.

@@ -87,7 +87,7 @@ protected:
     TDBGridView view;
 };
 
-TEST_F(CardGrammar, EachCardPicksItsEditorInTableOrder)
+TEST_F(CardGrammar, EachCardPicksItsEditorEnablesAndNamesItAndWritesItsSettingsIntoTheColumn)
 {
     using E = TCardEditor;
     const struct
@@ -106,10 +106,8 @@ TEST_F(CardGrammar, EachCardPicksItsEditorInTableOrder)
         EXPECT_EQ(TFieldNameGrammar::ComplexEditor(*Column(row.name, row.isFloat)), row.handLaid) << row.name;
     }
     EXPECT_EQ(TFieldNameGrammar::DictEditor(nullptr), E::Text);
-}
 
-TEST_F(CardGrammar, EnabledStateAndNamesUseTheUpperCasedName)
-{
+    // Enabled state and names use the upper-cased name.
     QStringList dict;
     for (const char *name : {"ID", "id", "sys_note", "DLG_IDCUST", "NAME"})
         dict << QString::number(TFieldNameGrammar::DictEditorEnabled(name, Column(name)));
@@ -124,10 +122,8 @@ TEST_F(CardGrammar, EnabledStateAndNamesUseTheUpperCasedName)
     EXPECT_EQ(QStringList({TFieldNameGrammar::LabelName("username"), TFieldNameGrammar::DictEditorName("id_role"),
                            TFieldNameGrammar::ComplexEditorName("Summ")}),
               QStringList({"USERNAME_LBL", "ID_ROLE_TCX", "TCXSUMM"}));
-}
 
-TEST_F(CardGrammar, HandLaidCardsWriteTheirSettingsIntoTheColumn)
-{
+    // Hand-laid cards write their settings into the column.
     TEditProperties &date = *Column("PAY_DATE")->Properties();
     TFieldNameGrammar::ApplyComplexCardSettings(date, TCardEditor::DateTime);
     EXPECT_EQ(date.DisplayFormat + " " + date.EditFormat, "dd.mm.yyyy HH:NN dd.mm.yyyy HH:NN");

@@ -102,7 +102,7 @@ TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeleted)
     EXPECT_EQ(Count("DISCOUNTS"), before);
 }
 
-TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAndAGuardRefusesTheDelete)
+TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAGuardRefusesTheDeleteAndTheTestDoubleClickAndExportCommands)
 {
     MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
@@ -144,69 +144,9 @@ TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAndAGuardRefusesTheDelete)
     EXPECT_EQ(dialogs.Shown[0].buttons, Dialogs::OkCancel);
     EXPECT_EQ(dialogs.Shown[1].text.trimmed(), "Имеются пользователи данной роли. Удаление запрещено.");
     EXPECT_EQ(Count("ROLES where ID = 1"), 1);
-}
 
-TEST_F(GridFrameTest, ManyRowsAreFetchedAsShownAndARefreshKeepsThePlace)
-{
-    TpFIBDataSet *many = Own("many", "select first 100000 r1.RDB$TYPE as ID, r2.RDB$TYPE_NAME as NAME "
-                                     "from RDB$TYPES r1, RDB$TYPES r2, RDB$TYPES r3");
-    MakeFrame("TestManyFM", "frmMany", many, "spNothing")->actRefresh->Execute();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(many->AllFetched());
-    EXPECT_LT(many->RecordCount(), 1000);
-    const int first = many->RecordCount();
-    QScrollBar *bar = frame->GridView->verticalScrollBar();
-    bar->setValue(bar->maximum());
-    QCoreApplication::processEvents();
-    EXPECT_GT(many->RecordCount(), first);
-    EXPECT_FALSE(many->AllFetched());
-
-    frame->GridView->SetFocusedRowIndex(130);
-    frame->GridView->SetTopRowIndex(125);
-    ASSERT_EQ(frame->GridView->TopRowIndex(), 125);
-    frame->actRefresh->Execute();
-    TDBGridView *view = frame->GridView;
-    EXPECT_EQ(QList<int>({view->FocusedRowIndex(), many->CurrentIndex(), view->TopRowIndex(), view->currentIndex().row()}),
-              QList<int>({130, 130, 125, 130}));
-    EXPECT_FALSE(many->AllFetched());
-}
-
-TEST_F(GridFrameTest, FailingSelectShowsTheRefreshErrorAndTheFrameStaysUsable)
-{
-    MakeFrame("TestBrokenFM", "frmBroken", Own("broken", "select * from spNoSuchProcedureOpen"), "spRoles");
-    frame->actRefresh->Execute();
-    ASSERT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка обновления");
-    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Не удалось обновить таблицу\r\nПричина: "));
-    EXPECT_TRUE(dialogs.Shown[0].text.contains("SPNOSUCHPROCEDUREOPEN", Qt::CaseInsensitive));
-    EXPECT_EQ(frame->GridView->ColumnCount(), 0);
-    EXPECT_TRUE(frame->actRefresh->isEnabled());
-
-    frame->DS->SetDataSet(&dm->spRolesOpen);
-    frame->actRefresh->Execute();
-    EXPECT_EQ(QList<int>({int(dialogs.Shown.size()), frame->GridView->ColumnCount(), frame->GridView->RowCount()}),
-              QList<int>({1, 3, 3}));
-}
-
-TEST_F(GridFrameTest, LookupThatFindsNoComponentLeavesTheFieldOut)
-{
-    TpFIBDataSet *odd = Own("odd", "select ID, 1 as X_LKP_NOSUCH_F_NAME, 2 as Y_LKP_ROLES, ID as Z_LKP_ROLES_F_NOFIELD, "
-                                   "ID as R_LKP_ROLES_F_ROLENAME, ROLENAME from ROLES");
-    MakeFrame("TestOddFM", "frmOdd", odd, "spRoles")->actRefresh->Execute();
-    EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
-    EXPECT_EQ(Columns(), QStringList({"ID", "R_LKP_ROLES_F_ROLENAME", "ROLENAME"}));
-    EXPECT_EQ(Shown("R_LKP_ROLES_F_ROLENAME"), Shown("ROLENAME"));
-    // A second refresh tries those fields again and still makes nothing of them.
-    frame->actRefresh->Execute();
-    EXPECT_EQ(frame->GridView->ColumnCount(), 3);
-}
-
-TEST_F(GridFrameTest, TestDoubleClickAndExportCommands)
-{
-    MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
     // The test command shows a new card without its OK button.
     bool okHidden = false, editMode = true;
-    ModalDriver driver;
     driver.Then([&](QWidget *modal) {
         okHidden = Card(modal)->AdvGlowButton1->isHidden();
         editMode = Card(modal)->EditMode;
@@ -238,6 +178,59 @@ TEST_F(GridFrameTest, TestDoubleClickAndExportCommands)
     file.close();
     QFile::remove(path);
     QFile::remove(path.chopped(5));
+}
+
+TEST_F(GridFrameTest, ManyRowsAreFetchedAsShownAndARefreshKeepsThePlace)
+{
+    TpFIBDataSet *many = Own("many", "select first 100000 r1.RDB$TYPE as ID, r2.RDB$TYPE_NAME as NAME "
+                                     "from RDB$TYPES r1, RDB$TYPES r2, RDB$TYPES r3");
+    MakeFrame("TestManyFM", "frmMany", many, "spNothing")->actRefresh->Execute();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(many->AllFetched());
+    EXPECT_LT(many->RecordCount(), 1000);
+    const int first = many->RecordCount();
+    QScrollBar *bar = frame->GridView->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    QCoreApplication::processEvents();
+    EXPECT_GT(many->RecordCount(), first);
+    EXPECT_FALSE(many->AllFetched());
+
+    frame->GridView->SetFocusedRowIndex(130);
+    frame->GridView->SetTopRowIndex(125);
+    ASSERT_EQ(frame->GridView->TopRowIndex(), 125);
+    frame->actRefresh->Execute();
+    TDBGridView *view = frame->GridView;
+    EXPECT_EQ(QList<int>({view->FocusedRowIndex(), many->CurrentIndex(), view->TopRowIndex(), view->currentIndex().row()}),
+              QList<int>({130, 130, 125, 130}));
+    EXPECT_FALSE(many->AllFetched());
+}
+
+TEST_F(GridFrameTest, FailingSelectShowsTheRefreshErrorTheFrameStaysUsableAndLookupsWithoutAComponentAreLeftOut)
+{
+    MakeFrame("TestBrokenFM", "frmBroken", Own("broken", "select * from spNoSuchProcedureOpen"), "spRoles");
+    frame->actRefresh->Execute();
+    ASSERT_EQ(dialogs.Shown.size(), 1);
+    EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка обновления");
+    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Не удалось обновить таблицу\r\nПричина: "));
+    EXPECT_TRUE(dialogs.Shown[0].text.contains("SPNOSUCHPROCEDUREOPEN", Qt::CaseInsensitive));
+    EXPECT_EQ(frame->GridView->ColumnCount(), 0);
+    EXPECT_TRUE(frame->actRefresh->isEnabled());
+
+    frame->DS->SetDataSet(&dm->spRolesOpen);
+    frame->actRefresh->Execute();
+    EXPECT_EQ(QList<int>({int(dialogs.Shown.size()), frame->GridView->ColumnCount(), frame->GridView->RowCount()}),
+              QList<int>({1, 3, 3}));
+
+    // A lookup that finds no component leaves the field out.
+    TpFIBDataSet *odd = Own("odd", "select ID, 1 as X_LKP_NOSUCH_F_NAME, 2 as Y_LKP_ROLES, ID as Z_LKP_ROLES_F_NOFIELD, "
+                                   "ID as R_LKP_ROLES_F_ROLENAME, ROLENAME from ROLES");
+    MakeFrame("TestOddFM", "frmOdd", odd, "spRoles")->actRefresh->Execute();
+    EXPECT_EQ(dialogs.Shown.size(), 1) << dialogs.Texts().join('\n').toStdString();
+    EXPECT_EQ(Columns(), QStringList({"ID", "R_LKP_ROLES_F_ROLENAME", "ROLENAME"}));
+    EXPECT_EQ(Shown("R_LKP_ROLES_F_ROLENAME"), Shown("ROLENAME"));
+    // A second refresh tries those fields again and still makes nothing of them.
+    frame->actRefresh->Execute();
+    EXPECT_EQ(frame->GridView->ColumnCount(), 3);
 }
 
 } // namespace

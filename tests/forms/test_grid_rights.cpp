@@ -78,7 +78,7 @@ TEST_F(GridRightsTest, EachRightEnablesItsActions)
     }
 }
 
-TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgain)
+TEST_F(GridRightsTest, AnActionOnceDisabledStaysSoFramesWithoutRightsOrARowInTheCatalogueAndNewFramesRegister)
 {
     MakeFrame("RightsFM", "frmRightsTest", &dm->spRolesOpen, "spRoles", "Проверка прав");
     frame->actAdd->setEnabled(false);
@@ -90,14 +90,11 @@ TEST_F(GridRightsTest, AnActionOnceDisabledIsNeverEnabledAgain)
     CurrentRoleId = 1;
     frame->actRefresh->Execute();
     EXPECT_EQ(Enabled(), "1000");
-}
 
-TEST_F(GridRightsTest, FramesThatCheckNoRightsOrHaveNoRowInTheCatalogue)
-{
     // Straight to the handler: the action list's registration does not run.
     MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles")->actRefreshExecute(nullptr);
     EXPECT_EQ(Enabled(), "0000");
-    EXPECT_EQ(frame->GridView->RowCount(), 3);
+    EXPECT_EQ(frame->GridView->RowCount(), Count("ROLES"));
     MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles")->RightsOff = true;
     frame->actRefreshExecute(nullptr);
     EXPECT_EQ(Enabled(), "1111");
@@ -109,10 +106,8 @@ TEST_F(GridRightsTest, FramesThatCheckNoRightsOrHaveNoRowInTheCatalogue)
     EXPECT_TRUE(lone.actAdd->isEnabled());
     EXPECT_GT(lone.GridView->RowCount(), 0);
     EXPECT_EQ(Count("ACTIONS where TACTION like '%frmLone'"), 0);
-}
 
-TEST_F(GridRightsTest, NewFrameRegistersItselfUnderItsTitle)
-{
+    // A new frame registers itself under its title.
     const int before = Count("ACTIONS");
     const QString title = "select ACTNAME from ACTIONS where TACTION = 'NewListFM.frmNewList'";
     MakeFrame("NewListFM", "frmNewList", &dm->spRolesOpen, "spRoles", "Новый список")->actRefresh->Execute();
