@@ -84,6 +84,7 @@ TEST_F(StoreTest, OperationsTakeTheirLinesAsTypedAndAreFoundByPrefixesButNeverEm
         TypeCell(card, valve, "PRICEBUY", "50");
         TypeCell(card, valve, "PRICESELL", QLocale().toString(80.5));
         AddMaterial(card, weight);
+        EXPECT_EQ(Column(card->frmMaterials, "MATNAME"), QStringList({"Вентиль TR413", "Груз балансировочный 10 г"}));
         TypeCell(card, weight, "QUANTITY", "4", Tab); // left without Enter: OK posts it
         EXPECT_EQ(Stock(weight), 0);
         card->AdvGlowButton1->click();
