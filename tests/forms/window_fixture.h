@@ -26,6 +26,7 @@
 #include <QTest>
 #include <functional>
 #include <memory>
+#include <type_traits>
 
 class WindowTest : public FormsTest
 {
@@ -71,6 +72,25 @@ protected:
                 step(card);
             });
         action->Execute();
+        EXPECT_EQ(driver.Ran(), steps.size());
+        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
+    }
+
+    // Does `open` (an action, or what a user does) and the steps, each on the window of type C then open.
+    template <class C, class Open>
+    static void OnModal(Open open, const QList<std::function<void(C *)>> &steps)
+    {
+        ModalDriver driver;
+        for (const auto &step : steps)
+            driver.Then([step](QWidget *modal) {
+                auto *window = qobject_cast<C *>(modal);
+                ASSERT_NE(window, nullptr) << modal->objectName().toStdString();
+                step(window);
+            });
+        if constexpr (std::is_invocable_v<Open>)
+            open();
+        else
+            open->Execute();
         EXPECT_EQ(driver.Ran(), steps.size());
         EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
     }

@@ -1,11 +1,10 @@
-// The store journal and its card as a user drives them: a delivery of two materials and a write-off
-// beyond the stock, the empty and the cancelled operation, refused input in the grid, prefix filters
-// and Russian titles.
+// The store journal and its card as a user drives them: the empty operation refused, a delivery of two
+// materials, a write-off beyond the stock, a card closed half filled; then prefix filters, Russian
+// titles and the input the grid refuses, over the operations stored.
 
 #include "catalogue_fixture.h"
 
 #include "data_dm.h"
-#include "date_edit.h"
 #include "materials_dialog_fm.h"
 #include "store_card_fm.h"
 #include "store_fm.h"
@@ -24,39 +23,24 @@ protected:
         weight = IdOf("MAT", "MATNAME", "Груз балансировочный 10 г");
         journal = Show<TStoreFM>();
     }
-
-    // Runs a journal action; `step` acts on the store card it opens.
-    void OnStoreCard(TAction *action, const std::function<void(TStoreCardFM *)> &step)
-    {
-        ModalDriver driver;
-        driver.Then([&](QWidget *modal) {
-            auto *card = qobject_cast<TStoreCardFM *>(modal);
-            ASSERT_NE(card, nullptr) << modal->objectName().toStdString();
-            step(card);
-        });
-        action->Execute();
-        EXPECT_EQ(driver.Ran(), 1);
-        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
-    }
     // Chooses the material in the picker that the add button of the card's grid opens.
     static void AddMaterial(TStoreCardFM *card, int material)
     {
-        ModalDriver inner;
-        inner.Then([material](QWidget *modal) {
-            auto *picker = qobject_cast<TMaterialsDialogFM *>(modal);
-            ASSERT_NE(picker, nullptr) << modal->objectName().toStdString();
+        OnModal<TMaterialsDialogFM>([card] { card->frmMaterials->ToolButton2->click(); }, {[material](auto *picker) {
             ASSERT_TRUE(picker->frmMaterials->DS->DataSet()->Locate("ID", material));
             picker->AdvGlowButton1->click();
-        });
-        card->frmMaterials->ToolButton2->click();
-        EXPECT_EQ(inner.Ran(), 1);
+        }});
     }
-    // Types into a cell of the line of `material` and, when `enter`, presses Enter in its editor.
-    static void TypeCell(TStoreCardFM *card, int material, const QString &field, const QString &text, bool enter = true)
+    // Types into a cell of the line of `material`, leaving its editor by Enter or Tab; Raw puts the text
+    // into the row as the cell would, whatever its editor lets through.
+    enum Leave { Enter, Tab, Raw };
+    static void TypeCell(TStoreCardFM *card, int material, const QString &field, const QString &text, Leave leave = Enter)
     {
         TDBGridView *view = card->frmMaterials->GridView;
         const int row = int(Column(card->frmMaterials, "SYS_IDMAT").indexOf(QString::number(material)));
         const QModelIndex index = view->model()->index(row, view->IndexOf(view->FindColumnByFieldName(field)));
+        if (leave == Raw)
+            return void(view->model()->setData(index, text, Qt::EditRole));
         ASSERT_TRUE(view->model()->flags(index) & Qt::ItemIsEditable) << field.toStdString();
         view->setCurrentIndex(index);
         view->edit(index);
@@ -66,34 +50,34 @@ protected:
         ASSERT_NE(editor, nullptr);
         editor->setFocus();
         TypeText(editor, text);
-        if (enter)
-            QTest::keyClick(editor, Qt::Key_Return);
-        else
-            QTest::keyClick(editor, Qt::Key_Tab);
+        QTest::keyClick(editor, leave == Enter ? Qt::Key_Return : Qt::Key_Tab);
         QTest::qWait(50);
     }
-    void PickType(TStoreCardFM *card, int type)
-    {
-        Pick(Editor(card, "IDOTYPE_LKP_OTYPE_F_OTYPENAME"), Scalar(QString("select OTYPENAME from OTYPE where ID = %1").arg(type)).toString());
-    }
     int Stock(int material) { return Scalar(QString("select QUANTITY from MAT where ID = %1").arg(material)).toInt(); }
+    // Operation type, material, quantity, prices and deletion mark of every line.
     QStringList Lines()
     {
-        return RowsIn(*dm, "select IDMAT, QUANTITY, PRICEBUY, PRICESELL, coalesce(DEL, 0) from STORE order by ID");
+        return RowsIn(*dm, "select h.IDOTYPE, s.IDMAT, s.QUANTITY, s.PRICEBUY, s.PRICESELL, coalesce(s.DEL, 0) "
+                           "from STORE s join STOREMAT h on h.ID = s.IDSTOREMAT order by s.ID");
     }
 
     TStoreFM *journal = nullptr;
     int valve = 0, weight = 0;
 };
 
-TEST_F(StoreTest, ADeliveryOfTwoMaterialsRaisesStockAndAWriteOffBeyondItIsRefused)
+TEST_F(StoreTest, OperationsTakeTheirLinesAsTypedAndAreFoundByPrefixesButNeverEmptyBlankOrRefusedInput)
 {
-    OnStoreCard(journal->frmStore->actAdd, [&](TStoreCardFM *card) {
+    OnModal<TStoreCardFM>(journal->frmStore->actAdd, {[&](TStoreCardFM *card) {
         EXPECT_EQ(card->windowTitle(), "Новая операция");
-        PickType(card, 1);
+        card->AdvGlowButton1->click();
+        QTest::qWait(50);
+        EXPECT_TRUE(card->isVisible()) << "an empty operation was confirmed";
+        EXPECT_EQ(dialogs.Texts() + dialogs.Captions(),
+                  QStringList({"Поставка не может быть пустой. Необходимо добавить товары", "Ошибка"}));
+        EXPECT_EQ(dialogs.Shown.value(0).kind, Dialogs::Error);
+        dialogs.Clear();
+        Pick(Editor(card, "IDOTYPE_LKP_OTYPE_F_OTYPENAME"), "Приход");
         AddMaterial(card, valve);
-        // The head is written with the first line, before OK.
-        EXPECT_EQ(Scalar("select count(*) from STOREMAT where IDOTYPE = 1").toInt(), 1);
         TypeCell(card, valve, "QUANTITY", "10");
         EXPECT_TRUE(card->isVisible()) << "Enter in the grid pressed OK";
         EXPECT_EQ(Stock(valve), 10);
@@ -101,134 +85,76 @@ TEST_F(StoreTest, ADeliveryOfTwoMaterialsRaisesStockAndAWriteOffBeyondItIsRefuse
         TypeCell(card, valve, "PRICESELL", QLocale().toString(80.5));
         AddMaterial(card, weight);
         EXPECT_EQ(Column(card->frmMaterials, "MATNAME"), QStringList({"Вентиль TR413", "Груз балансировочный 10 г"}));
-        // Typed and left without Enter: OK posts it.
-        TypeCell(card, weight, "QUANTITY", "4", false);
+        TypeCell(card, weight, "QUANTITY", "4", Tab); // left without Enter: OK posts it
         EXPECT_EQ(Stock(weight), 0);
         card->AdvGlowButton1->click();
-    });
-    EXPECT_EQ(dialogs.Texts(), QStringList());
-    EXPECT_EQ(Stock(valve), 10);
-    EXPECT_EQ(Stock(weight), 4);
-    EXPECT_EQ(Lines(), QStringList({QString("%1|10|50|80.5|0").arg(valve), QString("%1|4|||0").arg(weight)}));
-    EXPECT_EQ(Sorted(Column(journal->frmStore, "IDMAT_LKP_MAT_F_MATNAME")), Sorted({QString::number(valve), QString::number(weight)}));
+    }});
+    EXPECT_EQ(Lines(), QStringList({QString("1|%1|10|50|80.5|0").arg(valve), QString("1|%1|4|||0").arg(weight)}));
+    const QString valveId = QString::number(valve), weightId = QString::number(weight);
+    EXPECT_EQ(Sorted(Column(journal->frmStore, "IDMAT_LKP_MAT_F_MATNAME")), Sorted({valveId, weightId}));
 
     // A write-off of more than is in stock: the database's refusal, the stock stays.
-    OnStoreCard(journal->frmStore->actAdd, [&](TStoreCardFM *card) {
-        PickType(card, 3);
+    OnModal<TStoreCardFM>(journal->frmStore->actAdd, {[&](TStoreCardFM *card) {
+        Pick(Editor(card, "IDOTYPE_LKP_OTYPE_F_OTYPENAME"), "Списание");
         AddMaterial(card, valve);
         TypeCell(card, valve, "QUANTITY", "12");
         EXPECT_EQ(dialogs.Texts().replaceInStrings(QRegularExpression("^\\s+|\\s+$"), ""),
                   QStringList({"На складе недостаточно данного материала."}));
         TypeCell(card, valve, "QUANTITY", "3");
         card->AdvGlowButton1->click();
-    });
+    }});
     EXPECT_EQ(Stock(valve), 7);
-}
 
-TEST_F(StoreTest, AnEmptyOperationCannotBeConfirmedAndNoWayOutLeavesABlankLine)
-{
-    const int lines = Count("STORE");
-    OnStoreCard(journal->frmStore->actAdd, [&](TStoreCardFM *card) {
-        card->AdvGlowButton1->click();
-        QTest::qWait(50);
-        EXPECT_TRUE(card->isVisible());
-        ASSERT_EQ(dialogs.Shown.size(), 1);
-        EXPECT_EQ(dialogs.Shown[0].kind, Dialogs::Error);
-        EXPECT_EQ(dialogs.Shown[0].text, "Поставка не может быть пустой. Необходимо добавить товары");
-        EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка");
-        card->AdvGlowButton2->click();
-    });
-    EXPECT_EQ(Count("STORE"), lines);
-    // Closed by its window's close box after a material was chosen and left without a quantity.
-    OnStoreCard(journal->frmStore->actAdd, [&](TStoreCardFM *card) {
-        AddMaterial(card, valve);
+    // Cancelled untouched, and closed by its window's close box after a material was chosen and left
+    // without a quantity.
+    OnModal<TStoreCardFM>(journal->frmStore->actAdd, {[](TStoreCardFM *card) { card->AdvGlowButton2->click(); }});
+    OnModal<TStoreCardFM>(journal->frmStore->actAdd, {[&](TStoreCardFM *card) {
+        AddMaterial(card, weight);
         card->close();
-    });
+    }});
     EXPECT_EQ(Scalar("select count(*) from STORE where coalesce(IDMAT, 0) = 0").toInt(), 0);
-    EXPECT_EQ(Stock(valve), 0);
-}
+    EXPECT_EQ(Stock(weight), 4);
 
-TEST_F(StoreTest, RefusedInputInTheGridLeavesTheStoredOperationAsItWas)
-{
-    Exec("insert into STOREMAT (IDOTYPE) values (1)");
-    Exec(QString("insert into STORE (IDSTOREMAT, IDMAT, QUANTITY, PRICEBUY, PRICESELL) "
-                 "select max(ID), %1, 10, 50, 80 from STOREMAT").arg(valve));
-    const QStringList lines = Lines();
-    const struct
-    {
-        const char *field;
-        QString text;
-        QString message;
-    } cases[] = {
-        {"QUANTITY", "-5", "Количество должно быть числом больше 0 и не больше 1 000 000"},
-        {"QUANTITY", "0", "Количество должно быть числом больше 0 и не больше 1 000 000"},
-        {"QUANTITY", "1000000000000", "Количество должно быть числом больше 0 и не больше 1 000 000"},
-        {"QUANTITY", "abc", "Количество должно быть числом больше 0 и не больше 1 000 000"},
-        {"PRICEBUY", "-1", "Цена закупки должна быть числом больше 0 и не больше 100 000 000"},
-        {"PRICEBUY", "1e40", "Цена закупки должна быть числом больше 0 и не больше 100 000 000"},
-        {"PRICESELL", "0", "Цена продажи должна быть числом больше 0 и не больше 100 000 000"},
-        {"PRICESELL", "восемь", "Цена продажи должна быть числом больше 0 и не больше 100 000 000"},
+    // The material's texts are prefixes; a "%" of the user's own looks inside.
+    const struct { TTextEdit *editor; QString text; QStringList found; } filters[] = {
+        {journal->edCode, "1", {}},
+        {journal->edArticul, "BG", {weightId}},
+        {journal->edName, "вентил", {valveId, valveId}},
+        {journal->edName, "балансир", {}},
+        {journal->edName, "%балансир", {weightId}},
     };
-    journal->frmStore->actRefresh->Execute();
-    OnStoreCard(journal->frmStore->actEdit, [&](TStoreCardFM *card) {
-        EXPECT_EQ(card->windowTitle(), "Редактировать операцию");
-        TDBGridView *view = card->frmMaterials->GridView;
-        for (const auto &c : cases) {
-            dialogs.Clear();
-            // Put into the row as a cell would, whatever its editor lets through.
-            view->model()->setData(view->model()->index(0, view->IndexOf(view->FindColumnByFieldName(c.field))), c.text,
-                                   Qt::EditRole);
-            QTest::qWait(30);
-            card->PostLines();
-            EXPECT_EQ(dialogs.Texts(), QStringList{c.message}) << c.field << " " << c.text.toStdString();
-            EXPECT_EQ(Lines(), lines) << c.field << " " << c.text.toStdString();
-        }
-        dialogs.Clear();
-        card->AdvGlowButton1->click();
-    });
-    EXPECT_EQ(dialogs.Texts(), QStringList());
-    EXPECT_EQ(Lines(), lines);
-    EXPECT_EQ(Stock(valve), 10);
-}
-
-TEST_F(StoreTest, TextFiltersArePrefixesAndTitlesAreRussian)
-{
-    Exec("insert into MAT (MATNAME, ARTICUL, SCODE) values ('Ниппель', 'N-12', '1200')");
-    Exec("insert into MAT (MATNAME, ARTICUL, SCODE) values ('Колпачок ниппеля', 'K-12', '0120')");
-    Exec("insert into STOREMAT (IDOTYPE) values (1)");
-    Exec("insert into STORE (IDSTOREMAT, IDMAT) select max(s.ID), m.ID from STOREMAT s, MAT m group by m.ID");
-    journal->frmStore->actRefresh->Execute();
-    const QStringList all = Column(journal->frmStore, "ID");
-    ASSERT_EQ(all.size(), 5);
-    const struct
-    {
-        TTextEdit *editor;
-        QString text;
-        QStringList found;
-    } cases[] = {
-        {journal->edCode, "12", {"Ниппель"}},
-        {journal->edArticul, "K-", {"Колпачок ниппеля"}},
-        {journal->edName, "ниппел", {"Ниппель"}},
-        {journal->edName, "%ниппел", {"Колпачок ниппеля", "Ниппель"}},
-    };
-    for (const auto &c : cases) {
+    for (const auto &c : filters) {
         Filter(c.editor, c.text);
-        QStringList found;
-        for (const QString &id : Column(journal->frmStore, "IDMAT_LKP_MAT_F_MATNAME"))
-            found << Scalar("select MATNAME from MAT where ID = " + id).toString();
-        EXPECT_EQ(Sorted(found), Sorted(c.found)) << c.editor->objectName().toStdString() << " " << c.text.toStdString();
+        EXPECT_EQ(Sorted(Column(journal->frmStore, "IDMAT_LKP_MAT_F_MATNAME")), c.found) << c.text.toStdString();
         Filter(c.editor, QString());
     }
-    EXPECT_EQ(Column(journal->frmStore, "ID").size(), 5);
-
     ExpectRussianTitles(journal->frmStore);
-    ASSERT_TRUE(dm->spStoreOpen.Locate("IDMAT_LKP_MAT_F_MATNAME", valve));
-    OnStoreCard(journal->frmStore->actEdit, [&](TStoreCardFM *card) {
+
+    const struct { const char *field; QStringList texts; QString message; } refused[] = {
+        {"QUANTITY", {"-5", "0", "1000000000000", "abc"}, "Количество должно быть числом больше 0 и не больше 1 000 000"},
+        {"PRICEBUY", {"-1", "1e40"}, "Цена закупки должна быть числом больше 0 и не больше 100 000 000"},
+        {"PRICESELL", {"0", "восемь"}, "Цена продажи должна быть числом больше 0 и не больше 100 000 000"},
+    };
+    const QStringList lines = Lines();
+    ASSERT_TRUE(dm->spStoreOpen.Locate("IDMAT_LKP_MAT_F_MATNAME", weight));
+    OnModal<TStoreCardFM>(journal->frmStore->actEdit, {[&](TStoreCardFM *card) {
+        EXPECT_EQ(card->windowTitle(), "Редактировать операцию");
         ExpectRussianTitles(card->frmMaterials);
         EXPECT_EQ(NotRussian(CardTexts(card)), QStringList());
         EXPECT_FALSE(card->frmMaterials->actEdit->isEnabled());
-        card->AdvGlowButton2->click();
-    });
+        for (const auto &c : refused)
+            for (const QString &text : c.texts) {
+                dialogs.Clear();
+                TypeCell(card, valve, c.field, text, Raw);
+                QTest::qWait(30);
+                card->PostLines();
+                EXPECT_EQ(dialogs.Texts(), QStringList{c.message}) << c.field << " " << text.toStdString();
+            }
+        dialogs.Clear();
+        card->AdvGlowButton1->click();
+    }});
+    EXPECT_EQ(dialogs.Texts(), QStringList());
+    EXPECT_EQ(Lines(), lines);
 }
 
 } // namespace
