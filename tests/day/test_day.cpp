@@ -86,7 +86,8 @@ protected:
     {
         ModalDriver driver;
         driver.Then(Login(user));
-        EXPECT_TRUE(LoginFM->Execute());
+        EXPECT_TRUE(LoginFM->Execute()) << dialogs.Texts().join('\n').toStdString() << " "
+                                        << driver.Failures.join('\n').toStdString();
         TMainFM &main = NewMain();
         main.show();
         return main;
