@@ -8,7 +8,6 @@
 #include "quick_add_lookup.h"
 #include "value_editor.h"
 
-#include <QDateTime>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -33,17 +32,6 @@ QGroupBox *NewPeriodBox(QWidget *parent, TDateEdit *&up, TDateEdit *&to)
     }
     box->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return box;
-}
-
-void ShowLastDays(TDateEdit *up, TDateEdit *to, const std::function<void()> &changed)
-{
-    up->OnUserChange = nullptr;
-    to->OnUserChange = nullptr;
-    const QDateTime now = QDateTime::currentDateTime();
-    up->SetEditValue(now.addDays(-30));
-    to->SetEditValue(now);
-    up->OnUserChange = changed;
-    to->OnUserChange = changed;
 }
 
 const QString TMoneyCardFM::SumText = QStringLiteral("Сумма должна быть числом больше нуля и не больше 100 000 000");

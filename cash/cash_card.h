@@ -4,15 +4,11 @@
 
 #include "complex_fm.h"
 
-#include <functional>
-
 class QGroupBox;
 class TDateEdit;
 
 // The group "За период" with the editors deUp and deTo.
 QGroupBox *NewPeriodBox(QWidget *parent, TDateEdit *&up, TDateEdit *&to);
-// The last 30 days up to now, with the editors' change handlers off meanwhile; `changed` is their handler after.
-void ShowLastDays(TDateEdit *up, TDateEdit *to, const std::function<void()> &changed);
 
 class TMoneyCardFM : public TComplexFM
 {

@@ -3,6 +3,7 @@
 #include "app_exception.h"
 #include "data_dm.h"
 #include "date_edit.h"
+#include "filter_panel.h"
 #include "grid_frame.h"
 #include "ui_salary_card_fm.h"
 

@@ -1,12 +1,25 @@
 #include "filter_panel.h"
 
+#include "date_edit.h"
 #include "edit_properties.h"
 #include "lookup_combo_box.h"
 #include "text_editors.h"
 
+#include <QDateTime>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+
+void ShowLastDays(TDateEdit *up, TDateEdit *to, const std::function<void()> &changed)
+{
+    up->OnUserChange = nullptr;
+    to->OnUserChange = nullptr;
+    const QDateTime now = QDateTime::currentDateTime();
+    up->SetEditValue(now.addDays(-30));
+    to->SetEditValue(now);
+    up->OnUserChange = changed;
+    to->OnUserChange = changed;
+}
 
 void SetFilterLookup(TLookupComboBox *lookup, TDataSource *list, const QString &listField, const QString &keyField)
 {

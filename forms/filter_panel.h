@@ -4,8 +4,11 @@
 
 #include <QGroupBox>
 
+#include <functional>
+
 class QVBoxLayout;
 class TDataSource;
+class TDateEdit;
 class TLookupComboBox;
 class TTextEdit;
 
@@ -13,6 +16,10 @@ class TTextEdit;
 // that clearing it takes the filter off again.
 void SetFilterLookup(TLookupComboBox *lookup, TDataSource *list, const QString &listField,
                      const QString &keyField = QStringLiteral("ID"));
+
+// The last 30 days up to now, with the editors' change handlers off meanwhile, so that setting the period
+// arms no refresh; `changed` is their handler after.
+void ShowLastDays(TDateEdit *up, TDateEdit *to, const std::function<void()> &changed);
 
 // A caption over `editor`, for a filter box: the label is the editor's buddy and is named after it.
 QVBoxLayout *CaptionOver(QWidget *parent, const QString &caption, QWidget *editor, int minimumWidth = 170);

@@ -15,7 +15,6 @@
 
 
 #include <QCheckBox>
-#include <QDateTime>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -156,13 +155,7 @@ void TOrderFM::FormShow(QObject *sender)
 {
     TfmBase::FormShow(sender);
     // Setting the period must not arm the timer: the refresh below is the only one.
-    deUp->OnUserChange = nullptr;
-    deTo->OnUserChange = nullptr;
-    const QDateTime now = QDateTime::currentDateTime();
-    deUp->SetEditValue(now.addDays(-30));
-    deTo->SetEditValue(now);
-    deUp->OnUserChange = [this] { FilterChange(); };
-    deTo->OnUserChange = [this] { FilterChange(); };
+    ShowLastDays(deUp, deTo, [this] { FilterChange(); });
     m_frames.Refresh();
     // After the grid: the lists may have changed in other windows.
     for (TpFIBDataSet *list : {&DataDM->spOStateMain, &DataDM->spCustOpen, &DataDM->spMarkOpen, &DataDM->spModelOpen}) {

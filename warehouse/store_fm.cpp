@@ -10,7 +10,6 @@
 #include "store_card_fm.h"
 #include "text_editors.h"
 
-#include <QDateTime>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -145,13 +144,7 @@ void TStoreFM::FormShow(QObject *sender)
 {
     TfmBase::FormShow(sender);
     // Setting the period must not arm the timer: the refresh below is the only one.
-    deUp->OnUserChange = nullptr;
-    deTo->OnUserChange = nullptr;
-    const QDateTime now = QDateTime::currentDateTime();
-    deUp->SetEditValue(now.addDays(-30));
-    deTo->SetEditValue(now);
-    deUp->OnUserChange = [this] { FilterChange(); };
-    deTo->OnUserChange = [this] { FilterChange(); };
+    ShowLastDays(deUp, deTo, [this] { FilterChange(); });
     m_frames.Refresh();
     // The lists may have changed in other windows.
     for (TpFIBDataSet *list : {&DataDM->spOTypeOpen, &DataDM->spCustOpen}) {
