@@ -1,24 +1,10 @@
 // Backups and restores through the engine's service manager, of a database in use.
 #include "fib_services.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
-
-namespace {
-
-QString serviceError(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const EFIBError &e) {
-        return e.Message();
-    }
-    return QString();
-}
-
-} // namespace
 
 TEST(Services, ABackupOfADatabaseInUseRestoresWithItsCommittedRows)
 {
@@ -42,16 +28,16 @@ TEST(Services, ABackupOfADatabaseInUseRestoresWithItsCommittedRows)
               "Масло,Фильтр");
 
     // A restore never replaces a database, and a file that is no backup is refused; both in the engine's words.
-    EXPECT_FALSE(serviceError([&] { services.Restore(dir.filePath("shop.fbk"), t.Path()); }).isEmpty());
+    EXPECT_NE(ErrorOf([&] { services.Restore(dir.filePath("shop.fbk"), t.Path()); }), "<no error>");
     QFile junk(dir.filePath("junk.fbk"));
     ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
     junk.write(QByteArray(4096, 'x'));
     junk.close();
-    EXPECT_FALSE(serviceError([&] { services.Restore(junk.fileName(), dir.filePath("junk.fdb")); }).isEmpty());
+    EXPECT_NE(ErrorOf([&] { services.Restore(junk.fileName(), dir.filePath("junk.fdb")); }), "<no error>");
     QFile half(dir.filePath("half.fbk"));
     ASSERT_TRUE(QFile::copy(dir.filePath("shop.fbk"), half.fileName()));
     ASSERT_TRUE(half.resize(half.size() / 2));
-    EXPECT_FALSE(serviceError([&] { services.Restore(half.fileName(), dir.filePath("half.fdb")); }).isEmpty());
+    EXPECT_NE(ErrorOf([&] { services.Restore(half.fileName(), dir.filePath("half.fdb")); }), "<no error>");
     EXPECT_FALSE(QFile::exists(dir.filePath("junk.fdb")) || QFile::exists(dir.filePath("half.fdb")));
     EXPECT_EQ(t.Scalar("select count(*) from GOODS").toInt(), 3) << "the database in use is untouched";
 }

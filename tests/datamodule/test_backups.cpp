@@ -1,7 +1,7 @@
 // The shop's backups: every table's rows survive a backup and a restore, the automatic ones are kept to
 // seven, and whatever fails leaves the database as it was, with a Russian message.
 #include "backups.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,16 +25,6 @@ QStringList RowCounts(TestDatabase &t)
     for (const QString &table : tables)
         counts << table + "=" + t.Scalar("select count(*) from " + table).toString();
     return counts;
-}
-
-QString Refusal(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const EFIBError &e) {
-        return e.Message();
-    }
-    return QString();
 }
 
 } // namespace
@@ -68,7 +58,7 @@ TEST(Backups, EveryTableRoundTripsAndTheReplacedDatabaseStaysBeside)
     ASSERT_TRUE(half.resize(half.size() / 2));
     const qint64 size = QFileInfo(t.Path()).size();
     for (const QString &bad : {junk.fileName(), half.fileName(), QDir(t.Folder()).filePath("none.fbk")}) {
-        EXPECT_TRUE(Refusal([&] { backups.Restore(bad); }).contains(bad)) << bad.toStdString();
+        EXPECT_TRUE(ErrorOf([&] { backups.Restore(bad); }).contains(bad)) << bad.toStdString();
         EXPECT_EQ(QFileInfo(t.Path()).size(), size);
         EXPECT_FALSE(QFile::exists(t.Path() + ".restoring"));
     }
@@ -95,7 +85,7 @@ TEST(Backups, SevenAutomaticBackupsAreKeptAndAFolderThatCannotBeWrittenIsSaidSo)
     QFile blocker(QDir(t.Folder()).filePath("file"));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
-    EXPECT_TRUE(Refusal([&] { backups.Make(blocker.fileName() + "/backup"); }).contains("недоступна для записи"));
+    EXPECT_TRUE(ErrorOf([&] { backups.Make(blocker.fileName() + "/backup"); }).contains("недоступна для записи"));
 }
 
 #include "data_dm_fixture.h"
