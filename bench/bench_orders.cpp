@@ -17,30 +17,6 @@
 
 namespace {
 
-// A data module on a new database in a folder of its own, with customers, vehicles and the orders of
-// the last 30 days.
-struct Shop
-{
-    QTemporaryDir home;
-    ConsoleDialogs dialogs;
-    std::unique_ptr<TDataDM> dm;
-
-    Shop()
-    {
-        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-        Dialogs::Install(&dialogs);
-        dm = std::make_unique<TDataDM>(nullptr, QStringList{QStringLiteral("kelvarion")});
-        CurrentUserId = CurrentRoleId = 1;
-        fillShop(*dm);
-    }
-
-    static Shop &Instance()
-    {
-        static Shop shop;
-        return shop;
-    }
-};
-
 void paint(TOrderFM &journal)
 {
     QCoreApplication::processEvents();

@@ -2,8 +2,11 @@
 // The shop of 100,000 orders that the journal benchmarks open.
 
 #include "data_dm.h"
+#include "dialogs.h"
 
 #include <QString>
+#include <QTemporaryDir>
+#include <memory>
 
 constexpr int kShopOrders = 100000;
 
@@ -38,3 +41,26 @@ inline void fillShop(TDataDM &dm)
     dm.pFIBTransaction1.Commit();
     dm.pFIBTransaction1.StartTransaction();
 }
+
+// A data module on a new database in a folder of its own, with the shop above; made once per process.
+struct Shop
+{
+    QTemporaryDir home;
+    ConsoleDialogs dialogs;
+    std::unique_ptr<TDataDM> dm;
+
+    Shop()
+    {
+        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+        Dialogs::Install(&dialogs);
+        dm = std::make_unique<TDataDM>(nullptr, QStringList{QStringLiteral("kelvarion")});
+        CurrentUserId = CurrentRoleId = 1;
+        fillShop(*dm);
+    }
+
+    static Shop &Instance()
+    {
+        static Shop shop;
+        return shop;
+    }
+};
