@@ -7,8 +7,6 @@
 #include <QLineEdit>
 #include <QTest>
 
-namespace {
-
 using EditorTest = ToolkitTest;
 
 TEST_F(EditorTest, BoundTextEditShowsTheCurrentRowAndWritesIntoIt)
@@ -33,10 +31,8 @@ TEST_F(EditorTest, BoundTextEditShowsTheCurrentRowAndWritesIntoIt)
     source->SetDataSet(readOnly);
     EXPECT_EQ(edit->text(), "Масло 5W40");
     TypeText(edit, "x");
-    EXPECT_EQ(readOnly->State(), dsBrowse);
-    ASSERT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Can't update."));
-    EXPECT_EQ(edit->text(), "Масло 5W40");
+    EXPECT_EQ(QString("%1 ").arg(readOnly->State() == dsBrowse) + edit->text() + " " + dialogs.Texts().join('|'),
+              "1 Масло 5W40 Can't update. (" + readOnly->objectName() + ")");
 }
 
 TEST_F(EditorTest, LookupShowsTheListHoldsTheKeyAndOffersNewTexts)
@@ -53,8 +49,7 @@ TEST_F(EditorTest, LookupShowsTheListHoldsTheKeyAndOffersNewTexts)
     EXPECT_EQ(QString("%1 %2 %3 %4").arg(lookup->count()).arg(lookup->currentText()).arg(lookup->EditValue().toInt())
                   .arg(lookup->isEditable()), "2 Масло 1 0");
     emit lookup->activated(1);
-    EXPECT_EQ(ds->State(), dsEdit);
-    EXPECT_EQ(ds->FieldByName("KIND_ID")->AsInteger(), 2);
+    EXPECT_EQ(QString("%1 %2").arg(ds->State() == dsEdit).arg(ds->FieldByName("KIND_ID")->AsInteger()), "1 2");
     ds->Cancel();
     ds->MoveTo(2);
     // A key the list lacks shows nothing.
@@ -88,16 +83,14 @@ TEST_F(EditorTest, DateAndCurrencyEditsHoldAValueOrNothing)
     EXPECT_EQ(date->text(), "05.03.2024 14:07");
     EXPECT_EQ(date->EditValue().toDateTime(), QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9)));
     ds->MoveTo(2);
-    EXPECT_TRUE(date->IsEmpty());
-    EXPECT_FALSE(date->EditValue().isValid());
+    EXPECT_TRUE(date->IsEmpty() && !date->EditValue().isValid());
 
     TEditProperties dateOnly = p;
     dateOnly.DateKind = TDateKind::Date;
     auto *plain = Keep(new TDateEdit);
     plain->SetProperties(dateOnly);
     plain->SetEditValue(QDateTime(QDate(2024, 3, 5), QTime(14, 7)));
-    EXPECT_EQ(plain->text(), "05.03.2024");
-    EXPECT_EQ(plain->EditValue().toDateTime().time(), QTime(0, 0));
+    EXPECT_EQ(plain->text() + plain->EditValue().toDateTime().toString(" hh:mm"), "05.03.2024 00:00");
 
     // A currency edit takes numbers and emptiness.
     auto *money = Keep(new TCurrencyEdit);
@@ -110,15 +103,13 @@ TEST_F(EditorTest, DateAndCurrencyEditsHoldAValueOrNothing)
     int changes = 0;
     money->OnUserChange = [&] { ++changes; };
     TypeText(money, "12.5");
-    EXPECT_DOUBLE_EQ(money->EditValue().toDouble(), 12.5);
-    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(QString("%1 %2").arg(money->EditValue().toDouble()).arg(changes), "12.5 4");
     money->selectAll();
     QTest::keyClick(money, Qt::Key_Delete);
-    EXPECT_FALSE(money->EditValue().isValid());
-    EXPECT_EQ(money->alignment() & Qt::AlignHorizontal_Mask, Qt::AlignRight);
+    QList<bool> seen{money->EditValue().isValid(), (money->alignment() & Qt::AlignHorizontal_Mask) == Qt::AlignRight};
     p.HorizontalAlignment = Qt::AlignLeft;
     money->SetProperties(p);
-    EXPECT_EQ(money->alignment() & Qt::AlignHorizontal_Mask, Qt::AlignLeft);
+    EXPECT_EQ(seen << ((money->alignment() & Qt::AlignHorizontal_Mask) == Qt::AlignLeft), QList<bool>({false, true, true}));
 }
 
 TEST_F(EditorTest, CheckBoxAndRadioGroupHoldFieldValues)
@@ -146,16 +137,13 @@ TEST_F(EditorTest, CheckBoxAndRadioGroupHoldFieldValues)
     EXPECT_EQ(ds->FieldByName("KIND_ID")->AsInteger(), 2);
 }
 
-TEST(ButtonEdit, TheButtonIsHandledByItsOwner)
+TEST(ButtonEdit, TheButtonIsHandledByItsOwnerWhileEnabled)
 {
     TButtonEdit edit;
-    QList<int> clicks;
-    edit.OnButtonClick = [&](int index) { clicks << index; };
+    int clicks = 0;
+    edit.OnButtonClick = [&](int index) { clicks += 1 + index; }; // the one button is number 0
     edit.ClickButton();
-    EXPECT_EQ(clicks, QList<int>{0});
     edit.setEnabled(false);
     edit.ClickButton();
-    EXPECT_EQ(clicks.size(), 1);
+    EXPECT_EQ(clicks, 1);
 }
-
-} // namespace

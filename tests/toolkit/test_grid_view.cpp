@@ -13,8 +13,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-namespace {
-
 class GridViewTest : public ToolkitTest
 {
 protected:
@@ -38,35 +36,6 @@ protected:
         return column;
     }
 };
-
-TEST_F(GridViewTest, FetchesOnlyWhatItShowsAndTheCurrentRowFollowsTheDataSet)
-{
-    TpFIBDataSet *ds = Open("select * from MANY_ROWS(1000)");
-    TDBGridView *view = View(ds);
-    EXPECT_EQ(view->RowCount(), ds->RecordCount());
-    EXPECT_GT(view->RowCount(), 300 / 22);
-    EXPECT_LE(view->RowCount(), 1 + 2 * view->Model()->FetchBatch);
-    EXPECT_EQ(view->currentIndex().row(), 0);
-    view->setCurrentIndex(view->Model()->index(5, 1));
-    EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 6);
-    ds->MoveTo(8);
-    EXPECT_EQ(view->currentIndex().row(), 8);
-    EXPECT_EQ(view->FocusedRowIndex(), 8);
-
-    // A search beyond the fetched rows brings them into the grid.
-    ASSERT_TRUE(ds->Locate("ID", 700));
-    EXPECT_GE(view->RowCount(), 700);
-    EXPECT_EQ(view->currentIndex().row(), 699);
-    view->SetFocusedRowIndex(20);
-    EXPECT_EQ(ds->CurrentIndex(), 20);
-    view->SetFocusedRowIndex(5000);
-    EXPECT_EQ(ds->CurrentIndex(), 20);
-
-    ds->Close();
-    EXPECT_EQ(view->RowCount(), 0);
-    ds->Open();
-    EXPECT_EQ(QList<int>({view->RowCount(), view->currentIndex().row()}), QList<int>({ds->RecordCount(), 0}));
-}
 
 TEST_F(GridViewTest, EachKindShowsItsValuesItsOwnWay)
 {
@@ -99,8 +68,9 @@ TEST_F(GridViewTest, EachKindShowsItsValuesItsOwnWay)
     EXPECT_EQ(texts(paid), QStringList({"true", "false", "false"}));
     TGridModel *model = view->Model();
     const auto role = [&](int row, TGridColumn *column, int r) { return model->data(model->index(row, column->Index()), r).toInt(); };
-    EXPECT_EQ(QList<int>({role(0, paid, Qt::CheckStateRole), role(2, paid, Qt::CheckStateRole)}), QList<int>({Qt::Checked, Qt::Unchecked}));
-    EXPECT_TRUE(role(0, price, Qt::TextAlignmentRole) & Qt::AlignRight);
+    EXPECT_EQ(QList<int>({role(0, paid, Qt::CheckStateRole), role(2, paid, Qt::CheckStateRole),
+                          role(0, price, Qt::TextAlignmentRole) & Qt::AlignRight}),
+              QList<int>({Qt::Checked, Qt::Unchecked, Qt::AlignRight}));
 
     // Lookup texts follow their list when it is opened again.
     kinds->Close();
@@ -136,8 +106,7 @@ TEST_F(GridViewTest, FooterSumsCoverEveryRowAndFollowAPostAndAReopen)
     QSignalSpy after(view->Summary(), &TGridSummary::AfterSummary);
     view->SetFooterVisible(true);
     EXPECT_EQ(view->Summary()->Add(id, "#,##0.00"), 0);
-    EXPECT_TRUE(ds->AllFetched());
-    EXPECT_EQ(view->Summary()->Text(0), "4,501,500.00");
+    EXPECT_EQ(view->Summary()->Text(0) + QString(" %1").arg(ds->AllFetched()), "4,501,500.00 1");
     ASSERT_TRUE(ds->Locate("ID", 2999));
     ds->Edit();
     ds->FieldByName("ID")->SetValue(1);
@@ -147,16 +116,34 @@ TEST_F(GridViewTest, FooterSumsCoverEveryRowAndFollowAPostAndAReopen)
     EXPECT_FALSE(view->Summary()->Sum(0).isValid());
     ds->Open();
     EXPECT_DOUBLE_EQ(view->Summary()->Sum(0).toDouble(), 3000.0 * 3001 / 2);
-    EXPECT_EQ(view->RowCount(), 3000);
-    EXPECT_GE(after.count(), 4);
+    EXPECT_TRUE(view->RowCount() == 3000 && after.count() >= 4) << after.count();
     grid->show();
     EXPECT_TRUE(grid->Footer()->isVisible());
 }
 
-TEST_F(GridViewTest, EachAskAtTheEndDoublesTheRowsAndCtrlEndGoesToTheLastRow)
+TEST_F(GridViewTest, FetchesWhatItShowsEachAskAtTheEndDoublesTheRowsAndTheCurrentRowFollowsTheDataSet)
 {
     TpFIBDataSet *ds = Open("select * from MANY_ROWS(5000)");
     TDBGridView *view = View(ds);
+    EXPECT_EQ(view->RowCount(), ds->RecordCount());
+    EXPECT_TRUE(view->RowCount() > 300 / 22 && view->RowCount() <= 1 + 2 * view->Model()->FetchBatch) << view->RowCount();
+    EXPECT_EQ(view->currentIndex().row(), 0);
+    view->setCurrentIndex(view->Model()->index(5, 1));
+    EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 6);
+    ds->MoveTo(8);
+    EXPECT_EQ(QList<int>({view->currentIndex().row(), view->FocusedRowIndex()}), QList<int>({8, 8}));
+
+    // A search beyond the fetched rows brings them into the grid.
+    ASSERT_TRUE(ds->Locate("ID", 700));
+    EXPECT_TRUE(view->RowCount() >= 700 && view->currentIndex().row() == 699);
+    view->SetFocusedRowIndex(20);
+    view->SetFocusedRowIndex(5000);
+    EXPECT_EQ(ds->CurrentIndex(), 20);
+
+    ds->Close();
+    EXPECT_EQ(view->RowCount(), 0);
+    ds->Open();
+    EXPECT_EQ(QList<int>({view->RowCount(), view->currentIndex().row()}), QList<int>({ds->RecordCount(), 0}));
     QScrollBar *bar = view->verticalScrollBar();
     int asks = 0;
     while (!ds->AllFetched() && asks < 100) {
@@ -168,9 +155,8 @@ TEST_F(GridViewTest, EachAskAtTheEndDoublesTheRowsAndCtrlEndGoesToTheLastRow)
         if (!ds->AllFetched())
             EXPECT_GE(view->RowCount(), 2 * before);
     }
-    EXPECT_EQ(view->RowCount(), 5000);
     // 101 rows doubled six times are more than 5,000.
-    EXPECT_LE(asks, 7);
+    EXPECT_TRUE(view->RowCount() == 5000 && asks <= 7) << asks;
 
     // Ctrl+End from a fresh first screen.
     ds->Close();
@@ -179,27 +165,41 @@ TEST_F(GridViewTest, EachAskAtTheEndDoublesTheRowsAndCtrlEndGoesToTheLastRow)
     ASSERT_FALSE(ds->AllFetched());
     QTest::keyClick(view, Qt::Key_End, Qt::ControlModifier);
     EXPECT_TRUE(ds->AllFetched());
-    EXPECT_EQ(view->RowCount(), 5000);
-    EXPECT_EQ(view->currentIndex().row(), 4999);
-    EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 5000);
+    EXPECT_EQ(QList<int>({view->RowCount(), view->currentIndex().row(), ds->FieldByName("ID")->AsInteger()}),
+              QList<int>({5000, 4999, 5000}));
     QTest::keyClick(view, Qt::Key_Home, Qt::ControlModifier);
     EXPECT_EQ(ds->FieldByName("ID")->AsInteger(), 1);
 }
 
-TEST_F(GridViewTest, CellsAreEditedOnlyWhereAWindowAllowsIt)
+TEST_F(GridViewTest, RightClickShowsThePopupMenuDoubleClickIsToldAndCellsAreEditedOnlyWhereAWindowAllowsIt)
 {
     TpFIBDataSet *ds = Open("select * from GOODS order by ID");
     TDBGridView *view = View(ds);
+    QMenu menu;
+    menu.addAction("Экспорт в Excel");
+    view->SetPopupMenu(&menu);
+    const QPoint inside = view->visualRect(view->Model()->index(0, 1)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, inside, view->viewport()->mapToGlobal(inside));
+    QCoreApplication::sendEvent(view->viewport(), &event);
+    EXPECT_TRUE(menu.isVisible());
+    menu.hide();
+
+    QSignalSpy clicks(view, &TDBGridView::DblClick);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(view->Model()->index(1, 1)).center());
+    EXPECT_EQ(QList<int>({int(clicks.count()), ds->CurrentIndex()}), QList<int>({1, 1}));
+    ds->First();
+
     TGridModel *model = view->Model();
     TGridColumn *name = view->FindColumnByFieldName("NAME");
     TGridColumn *paid = Column(view, "PAID_BIT", TEditKind::CheckBox);
     const QModelIndex cell = model->index(1, name->Index());
-    EXPECT_FALSE(model->flags(cell) & Qt::ItemIsEditable);
+    const auto editable = [&](const QModelIndex &index) { return bool(model->flags(index) & Qt::ItemIsEditable); };
+    QList<bool> seen{editable(cell)};
     view->SetEditing(true);
-    EXPECT_FALSE(model->flags(cell) & Qt::ItemIsEditable);
+    seen << editable(cell);
     name->SetEditable(true);
-    EXPECT_TRUE(model->flags(cell) & Qt::ItemIsEditable);
-    EXPECT_FALSE(model->flags(model->index(1, view->FindColumnByFieldName("PRICE")->Index())) & Qt::ItemIsEditable);
+    seen << editable(cell) << editable(model->index(1, view->FindColumnByFieldName("PRICE")->Index()));
+    EXPECT_EQ(seen, QList<bool>({false, false, true, false}));
 
     QSignalSpy edited(view, &TDBGridView::EditValueChanged);
     ASSERT_TRUE(model->setData(cell, "Фильтр масляный", Qt::EditRole));
@@ -222,28 +222,6 @@ TEST_F(GridViewTest, CellsAreEditedOnlyWhereAWindowAllowsIt)
     TpFIBDataSet *readOnly = Open("select * from GOODS order by ID", false);
     source->SetDataSet(readOnly);
     EXPECT_FALSE(model->setData(model->index(0, name->Index()), "x", Qt::EditRole));
-    ASSERT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Can't update."));
+    EXPECT_EQ(dialogs.Texts(), QStringList{"Can't update. (" + readOnly->objectName() + ")"});
     EXPECT_EQ(readOnly->State(), dsBrowse);
 }
-
-TEST_F(GridViewTest, RightClickShowsThePopupMenuAndDoubleClickIsTold)
-{
-    TpFIBDataSet *ds = Open("select * from GOODS order by ID");
-    TDBGridView *view = View(ds);
-    QMenu menu;
-    menu.addAction("Экспорт в Excel");
-    view->SetPopupMenu(&menu);
-    const QPoint inside = view->visualRect(view->Model()->index(0, 1)).center();
-    QContextMenuEvent event(QContextMenuEvent::Mouse, inside, view->viewport()->mapToGlobal(inside));
-    QCoreApplication::sendEvent(view->viewport(), &event);
-    EXPECT_TRUE(menu.isVisible());
-    menu.hide();
-
-    QSignalSpy clicks(view, &TDBGridView::DblClick);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(view->Model()->index(1, 1)).center());
-    EXPECT_EQ(clicks.count(), 1);
-    EXPECT_EQ(ds->CurrentIndex(), 1);
-}
-
-} // namespace

@@ -14,20 +14,43 @@
 
 namespace {
 
-TEST(MessageBoxDialogs, ButtonsAreRussianAndCaptionsFollowTheKind)
+class UrlCatcher : public QObject
 {
+    Q_OBJECT
+public:
+    QList<QUrl> urls;
+public slots:
+    void open(const QUrl &url) { urls << url; }
+};
+
+TEST(PlatformWidgets, TheDesktopOpensFilesAndAddressesAnInstalledShellIsInForceUntilItGoesAndMessageBoxesAreRussian)
+{
+    UrlCatcher catcher;
+    QDesktopServices::setUrlHandler("file", &catcher, "open");
+    QDesktopServices::setUrlHandler("https", &catcher, "open");
+    DesktopShell shell;
+    EXPECT_TRUE(shell.Open("/tmp/~abc.xlsx"));
+    EXPECT_TRUE(shell.Open("https://example.org/update?pc_id=1"));
+    QDesktopServices::unsetUrlHandler("file");
+    QDesktopServices::unsetUrlHandler("https");
+    EXPECT_EQ(catcher.urls, QList<QUrl>({QUrl::fromLocalFile("/tmp/~abc.xlsx"), QUrl("https://example.org/update?pc_id=1")}));
+
+    {
+        RecordingShell recording;
+        Shell::Current().Open("x.rtf");
+        EXPECT_EQ(recording.Opened, QStringList{"x.rtf"});
+    }
+    // Then the console's, which opens nothing.
+    EXPECT_FALSE(Shell::Current().Open("nothing"));
+
+    // The real message boxes: buttons are Russian and captions follow the kind.
     MessageBoxDialogs box;
     using D = Dialogs;
     using Q = QMessageBox;
-    const struct
-    {
-        D::Kind kind;
-        D::Buttons buttons;
-        const char *caption, *press;
-        int result;
-        Q::Icon icon;
-        const char *seen; // the caption shown and the buttons, sorted
-    } table[] = {
+    // The kind, the buttons, the caption asked for, the button pressed, the result, the icon, and the caption shown
+    // with the buttons, sorted.
+    const struct { D::Kind kind; D::Buttons buttons; const char *caption, *press; int result; Q::Icon icon;
+                   const char *seen; } table[] = {
         {D::Confirmation, D::YesNo, "", "Нет", D::ResultNo, Q::Question, "Подтверждение: Да Нет"},
         {D::Warning, D::OkCancel, "Сохранение", "Отмена", D::ResultCancel, Q::Warning, "Сохранение: OK Отмена"},
         {D::Error, D::Ok, "", "OK", D::ResultOk, Q::Critical, "Ошибка: OK"},
@@ -51,41 +74,6 @@ TEST(MessageBoxDialogs, ButtonsAreRussianAndCaptionsFollowTheKind)
         EXPECT_EQ(box.Show(row.kind, "Текст?", row.buttons, row.caption), row.result) << row.seen;
         EXPECT_EQ(seen, QString("%1 [%2] Текст?").arg(row.seen).arg(int(row.icon)));
     }
-}
-
-class UrlCatcher : public QObject
-{
-    Q_OBJECT
-public:
-    QList<QUrl> urls;
-public slots:
-    void open(const QUrl &url) { urls << url; }
-};
-
-TEST(DesktopShell, OpensFilesAndAddressesThroughTheDesktop)
-{
-    UrlCatcher catcher;
-    QDesktopServices::setUrlHandler("file", &catcher, "open");
-    QDesktopServices::setUrlHandler("https", &catcher, "open");
-    DesktopShell shell;
-    EXPECT_TRUE(shell.Open("/tmp/~abc.xlsx"));
-    EXPECT_TRUE(shell.Open("https://example.org/update?pc_id=1"));
-    QDesktopServices::unsetUrlHandler("file");
-    QDesktopServices::unsetUrlHandler("https");
-    ASSERT_EQ(catcher.urls.size(), 2);
-    EXPECT_EQ(catcher.urls[0], QUrl::fromLocalFile("/tmp/~abc.xlsx"));
-    EXPECT_EQ(catcher.urls[1].host(), "example.org");
-}
-
-TEST(Shell, TheInstalledShellIsInForceUntilItGoes)
-{
-    {
-        RecordingShell recording;
-        Shell::Current().Open("x.rtf");
-        EXPECT_EQ(recording.Opened, QStringList{"x.rtf"});
-    }
-    // Then the console's, which opens nothing.
-    EXPECT_FALSE(Shell::Current().Open("nothing"));
 }
 
 } // namespace
