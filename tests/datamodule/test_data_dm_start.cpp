@@ -1,5 +1,5 @@
 // The data module's start: folders, "TRACE", creation, five tries, deployment and the commit at the end.
-#include "data_dm.h"
+#include "data_module_copy.h"
 #include "scripted_dialogs.h"
 #include "database_test.h"
 
@@ -36,35 +36,20 @@ protected:
         qunsetenv("XDG_DATA_HOME");
     }
 
-    void writeOverride(const QString &name, const QByteArray &text)
+    void write(const QString &path, const QByteArray &text)
     {
-        QFile f(programDir.filePath(name));
+        QFile f(path);
         ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         f.write(text);
     }
+    void writeOverride(const QString &name, const QByteArray &text) { write(programDir.filePath(name), text); }
 
     QString dbPath() const { return home.path() + "/Kelvarion/db/database.fdb"; }
 
-    // The first column of the first row, as text.
-    QString first(TDataDM &dm, const QString &sql)
-    {
-        dm.pFIBTransaction1.StartTransaction();
-        dm.Query.SetSQLText(sql);
-        dm.Query.ExecQuery();
-        dm.Query.Next();
-        const QString value = dm.Query.Fields(0).AsString();
-        dm.Query.Close();
-        return value;
-    }
-    int count(TDataDM &dm, const QString &sql) { return first(dm, sql).toInt(); }
+    int count(TDataDM &dm, const QString &sql) { return ScalarIn(dm, sql).toInt(); }
     int objects(TDataDM &dm, const char *table, const char *name)
     {
         return count(dm, QString("select count(*) from rdb$%1s where rdb$%1_name = '%2'").arg(table, name));
-    }
-    void execute(TDataDM &dm, const QString &sql)
-    {
-        dm.Query.SetSQLText(sql);
-        dm.Query.ExecQuery();
     }
     // A start that could not go on: one E1001 message and the request to end.
     void expectFailedStart(TDataDM &dm)
@@ -105,25 +90,7 @@ TEST_F(Start, FirstStartCreatesTheFoldersAndDeploysTheScripts)
 
     // The second start opens the same file as it is, whatever lies beside the program.
     TDataDM again(nullptr, {"kelvarion"});
-    EXPECT_FALSE(again.IsNewDatabase());
-    EXPECT_EQ(count(again, "select count(*) from CONFIG"), 2);
-}
-
-TEST_F(Start, TraceAsFirstArgumentInAnyCaseThrowsTheDatabaseAway)
-{
-    {
-        TDataDM dm(nullptr, {"kelvarion"});
-        count(dm, "select count(*) from CONFIG");
-        execute(dm, "insert into CONFIG values (5, 'MARK')");
-    } // committed at destroy
-    {
-        TDataDM dm(nullptr, {"kelvarion", "x", "TRACE"});
-        EXPECT_FALSE(dm.IsNewDatabase());
-        EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
-    }
-    TDataDM dm(nullptr, {"kelvarion", "tRaCe"});
-    EXPECT_TRUE(dm.IsNewDatabase());
-    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
+    EXPECT_TRUE(!again.IsNewDatabase() && count(again, "select count(*) from CONFIG") == 2);
 }
 
 TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
@@ -135,8 +102,8 @@ TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
         EXPECT_EQ(dialogs.Texts(), QStringList{"E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\n"
                                                "Обратитесь к системному администратору."});
         EXPECT_TRUE(ApplicationTerminateRequested());
-        EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_tab.txt ")) << dm.LastScriptError().toStdString();
-        EXPECT_TRUE(dm.LastScriptError().contains("NOSUCH"));
+        EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_tab.txt ") && dm.LastScriptError().contains("NOSUCH"))
+            << dm.LastScriptError().toStdString();
         EXPECT_EQ(QString("%1%2%3").arg(objects(dm, "relation", "CONFIG")).arg(objects(dm, "relation", "LATER"))
                       .arg(objects(dm, "procedure", "SPPING")), "100");
     }
@@ -144,31 +111,23 @@ TEST_F(Start, FailedDeploymentShowsE1001AndLeavesThePartialFile)
     dialogs.Clear();
     ResetApplicationTerminate();
     TDataDM dm(nullptr, {"kelvarion"});
-    EXPECT_FALSE(dm.IsNewDatabase());
-    EXPECT_TRUE(dialogs.Texts().isEmpty());
+    EXPECT_TRUE(!dm.IsNewDatabase() && dialogs.Texts().isEmpty());
 }
 
-TEST_F(Start, UnattachableFileIsTriedFiveTimesWithOneMessage)
+TEST_F(Start, FolderThatCannotBeCreatedOrAnUnattachableFileEndsInE1001AfterFiveTries)
 {
-    QDir().mkpath(home.path() + "/Kelvarion/db");
-    QFile f(dbPath());
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(QByteArray(8192, 'z'));
-    f.close();
-
-    TDataDM dm(nullptr, {"kelvarion"});
-    EXPECT_EQ(dm.ConnectTries, 5);
-    EXPECT_FALSE(dm.IsNewDatabase());
-    expectFailedStart(dm);
-}
-
-TEST_F(Start, FolderThatCannotBeCreatedEndsInE1001)
-{
-    QFile blocker(home.filePath("blocked"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    write(home.filePath("blocked"), "");
     qputenv("XDG_DATA_HOME", home.filePath("blocked").toLocal8Bit());
     expectFailedStart(*std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"}));
+
+    dialogs.Clear();
+    ResetApplicationTerminate();
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    QDir().mkpath(home.path() + "/Kelvarion/db");
+    write(dbPath(), QByteArray(8192, 'z'));
+    TDataDM dm(nullptr, {"kelvarion"});
+    EXPECT_TRUE(dm.ConnectTries == 5 && !dm.IsNewDatabase()) << dm.ConnectTries;
+    expectFailedStart(dm);
 }
 
 TEST_F(Start, UnreadableOverrideFallsBackToTheBuiltInText)
@@ -182,23 +141,32 @@ TEST_F(Start, UnreadableOverrideFallsBackToTheBuiltInText)
     EXPECT_TRUE(dm.LastScriptError().startsWith("ScriptName=script_proc.txt ")) << dm.LastScriptError().toStdString();
 }
 
-TEST_F(Start, TheRunIsOneTransactionCommittedAtDestroy)
+TEST_F(Start, TheRunIsOneTransactionCommittedAtDestroyAndTraceAsFirstArgumentThrowsTheDatabaseAway)
 {
     {
         TDataDM dm(nullptr, {"kelvarion"});
-        count(dm, "select count(*) from CONFIG");
-        execute(dm, "insert into CONFIG values (7, 'Сохранится')");
+        ExecIn(dm, "insert into CONFIG values (7, 'Сохранится')");
         dm.Query.ExecProcedure("spPing");
         EXPECT_EQ(dm.Query.Fields(0).AsInteger(), 1);
     }
     {
         TDataDM dm(nullptr, {"kelvarion"});
-        EXPECT_EQ(first(dm, "select list(PNAME) from CONFIG where ID = 7"), "Сохранится");
-        execute(dm, "delete from CONFIG");
+        EXPECT_EQ(ScalarIn(dm, "select list(PNAME) from CONFIG where ID = 7").toString(), "Сохранится");
+        ExecIn(dm, "delete from CONFIG");
         dm.pFIBDatabaseMain.Close(); // as if killed: nothing of this run is kept
     }
-    TDataDM dm(nullptr, {"kelvarion"});
-    // Nothing opened since the last commit: the end of the run has nothing to commit.
-    EXPECT_EQ(ErrorOf([&] { dm.DataModuleDestroy(); }), "pFIBTransaction1 :Transaction is not active.");
-    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
+    {
+        TDataDM dm(nullptr, {"kelvarion"});
+        // Nothing opened since the last commit: the end of the run has nothing to commit.
+        EXPECT_EQ(ErrorOf([&] { dm.DataModuleDestroy(); }), "pFIBTransaction1 :Transaction is not active.");
+        EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
+    }
+    {
+        TDataDM dm(nullptr, {"kelvarion", "x", "TRACE"});
+        EXPECT_FALSE(dm.IsNewDatabase());
+        EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 2);
+    }
+    TDataDM dm(nullptr, {"kelvarion", "tRaCe"});
+    EXPECT_TRUE(dm.IsNewDatabase());
+    EXPECT_EQ(count(dm, "select count(*) from CONFIG"), 1);
 }
