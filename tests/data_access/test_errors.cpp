@@ -40,9 +40,8 @@ TEST_F(Errors, WithoutAnalysisTheMessageArrivesInTheMasksParts)
         q->ExecProcedure("spAutoDel", {1});
         FAIL();
     } catch (const EFIBInterBaseError &e) {
-        EXPECT_EQ(e.SQLCode, -836);
-        EXPECT_EQ(e.IBErrorCode, 335544517);
-        EXPECT_EQ(TpFibErrorHandler::KindOf(e), keException);
+        EXPECT_EQ(QString("%1 %2 %3").arg(e.SQLCode).arg(e.IBErrorCode).arg(TpFibErrorHandler::KindOf(e) == keException),
+                  "-836 335544517 1");
         QStringList lines = e.Message().split("\r\n");
         ASSERT_GE(lines.size(), 7) << e.Message().toStdString();
         lines[2] = lines[2].left(17);
@@ -58,45 +57,37 @@ TEST_F(Errors, WithoutAnalysisTheMessageArrivesInTheMasksParts)
     SetFIBErrorMessagesMask(2);
     const QString text = ErrorOf([&] { q->ExecProcedure("spTest"); });
     SetFIBErrorMessagesMask(30);
-    EXPECT_TRUE(text.startsWith("Exception ")) << text.toStdString();
-    EXPECT_TRUE(text.contains(".\r\nTEST_EXCEPT.\r\nTest.\r\nAt procedure 'SPTEST'")) << text.toStdString();
+    EXPECT_TRUE(text.startsWith("Exception ") && text.contains(".\r\nTEST_EXCEPT.\r\nTest.\r\nAt procedure 'SPTEST'"))
+        << text.toStdString();
 }
 
-TEST_F(Errors, UserExceptionIsCutDownToItsRussianText)
+TEST_F(Errors, UserExceptionIsCutDownToItsOwnTextAndConstraintErrorsReachTheUserInFull)
 {
     InstallRepairHook(handler);
     EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spAutoDel", {1}); }),
               "\r\nПо автомобилю имелись заказы. Удаление запрещено.\r\n");
-    EXPECT_EQ(handler.LastErrorKind, keException);
+    EXPECT_TRUE(handler.LastErrorKind == keException && handler.ExceptionNumber > 0);
     EXPECT_EQ(handler.ExceptionName, "AUTO_HAS_ORDERS");
-    EXPECT_GT(handler.ExceptionNumber, 0);
 
     EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spTest"); }).trimmed(), "Test.");
     // The query stays usable and the earlier work stays in the transaction.
     EXPECT_NO_THROW(q->ExecProcedure("spAutoDel", {2}));
     EXPECT_TRUE(t.Tr().Active());
-}
 
-TEST_F(Errors, EnglishTextWithTheWordExceptionIsCutAgainWhenTheSqlMessageLacksIt)
-{
-    InstallRepairHook(handler);
-    // The SQL message "Exception ." takes the first cut, the number line the second.
+    // An English text with the word "exception" is cut again when the SQL message lacks it: the SQL message
+    // "Exception ." takes the first cut, the number line the second.
     EXPECT_EQ(ErrorOf([&] { q->ExecProcedure("spEng"); }).trimmed(), "Bad exception text.");
     SetFIBErrorMessagesMask(2 | 16);
     const QString text = ErrorOf([&] { q->ExecProcedure("spEng"); });
     SetFIBErrorMessagesMask(30);
     // Cut inside the text, the "number" is a word, and the conversion error is what comes out.
     EXPECT_EQ(text, "'text' is not a valid integer value");
-}
 
-TEST_F(Errors, ConstraintErrorsReachTheUserInFull)
-{
-    InstallRepairHook(handler);
+    // Constraint errors reach the user in full.
     q->SetSQLText("delete from AUTO where ID = 1");
     const QString fk = ErrorOf([&] { q->ExecQuery(); });
     EXPECT_EQ(handler.LastErrorKind, keForeignKey);
-    EXPECT_TRUE(fk.startsWith("Query:\r\n")) << fk.toStdString();
-    EXPECT_TRUE(fk.contains("FOREIGN KEY")) << fk.toStdString();
+    EXPECT_TRUE(fk.startsWith("Query:\r\n") && fk.contains("FOREIGN KEY")) << fk.toStdString();
 
     q->SetSQLText("insert into AUTO values (1)");
     const QString unique = ErrorOf([&] { q->ExecQuery(); });
@@ -104,7 +95,7 @@ TEST_F(Errors, ConstraintErrorsReachTheUserInFull)
     EXPECT_TRUE(unique.contains("PRIMARY")) << unique.toStdString();
 }
 
-TEST(ErrorAnalysis, NumberThatDoesNotParseReplacesTheError)
+TEST(ErrorAnalysis, NumberThatDoesNotParseReplacesTheErrorAndUtf8ReadAsAnsiIsRepaired)
 {
     TpFibErrorHandler handler;
     EFIBInterBaseError e(-836, QString(), "Exception abc.\r\nNAME.\r\nText.\r\n", nullptr);
@@ -118,12 +109,9 @@ TEST(ErrorAnalysis, NumberThatDoesNotParseReplacesTheError)
     // Without a Firebird connection the name is not split off, and "at " cuts the text.
     EFIBInterBaseError old(-836, QString(), "exception 3.\r\nE_X.\r\nLook at this.\r\n", nullptr);
     handler.DoOnErrorEvent(nullptr, old, raise);
-    EXPECT_EQ(handler.ExceptionName, "Unknown");
-    EXPECT_EQ(old.Message(), "E_X.\r\nLook ");
-}
+    EXPECT_EQ(handler.ExceptionName + "|" + old.Message(), "Unknown|E_X.\r\nLook ");
 
-TEST(ErrorAnalysis, Utf8RepairOfAnAnsiReadText)
-{
+    // UTF-8 text read as ANSI is repaired.
     const QString original = "Изделие Ёлка: ИЙКЪ шщ";
     EXPECT_EQ(RepairUtf8Message(AnsiDecode(original.toUtf8())), original);
     EXPECT_EQ(RepairUtf8Message("plain ASCII text."), "plain ASCII text.");
@@ -137,8 +125,7 @@ TEST_F(Errors, LostConnectionClosesTheDatabaseAndAbortsSilently)
     lost.IBErrorCode = 335544528;
     bool raise = true;
     EXPECT_THROW(handler.DoOnErrorEvent(q.get(), lost, raise), EAbort);
-    EXPECT_FALSE(t.Db().Connected());
-    EXPECT_FALSE(t.Tr().Active());
+    EXPECT_FALSE(t.Db().Connected() || t.Tr().Active());
 
     t.Db().Open();
     int calls = 0;
@@ -147,6 +134,5 @@ TEST_F(Errors, LostConnectionClosesTheDatabaseAndAbortsSilently)
         stop = true;
     };
     EXPECT_NO_THROW(handler.DoOnErrorEvent(q.get(), lost, raise));
-    EXPECT_EQ(calls, 1);
-    EXPECT_EQ(handler.LastErrorKind, keLostConnect);
+    EXPECT_TRUE(calls == 1 && handler.LastErrorKind == keLostConnect);
 }

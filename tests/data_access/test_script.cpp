@@ -1,10 +1,9 @@
 // Splitting scripts into statements, and running them against a real embedded database.
 #include "fib_script.h"
-#include "test_database.h"
+#include "database_test.h"
 
 #include <QDir>
 #include <QFile>
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -34,33 +33,23 @@ QString layout(const QString &text)
     return out.join(" | ");
 }
 
-QString scriptError(const std::function<void()> &f)
-{
-    try {
-        f();
-    } catch (const EFIBScriptError &e) {
-        return e.Message();
-    }
-    return QStringLiteral("<no error>");
-}
-
 QString parseError(const QString &text, const QStringList &defines = {})
 {
-    return scriptError([&] { split(text, defines); });
+    return ErrorOf([&] { split(text, defines); });
 }
 
 QString runError(const QString &text, int first = 1)
 {
     TpFIBScripter s;
     s.SetScriptText(text);
-    return scriptError([&] { s.ExecuteScript(first); });
+    return ErrorOf([&] { s.ExecuteScript(first); });
 }
 
 } // namespace
 
 // --- splitting ------------------------------------------------------------------------------
 
-TEST(ScriptSplit, BodiesCommentsAndTerminators)
+TEST(ScriptSplit, BodiesCommentsTerminatorsSetTermPositionsDirectivesAndConditionals)
 {
     // Bodies end at their END whatever ";" stands inside; each is followed here by COMMIT.
     const QStringList bodies = {
@@ -81,12 +70,7 @@ TEST(ScriptSplit, BodiesCommentsAndTerminators)
     for (const QString &body : bodies)
         EXPECT_EQ(split(body + ";\nCOMMIT;"), QStringList({body, "COMMIT"}));
 
-    struct Case
-    {
-        const char *script;
-        QStringList statements;
-    };
-    const Case cases[] = {
+    const struct { const char *script; QStringList statements; } cases[] = {
         // Were DROP scanned, the name would read as AS and the statement would run on past its ";".
         {"DROP PROCEDURE As;\nDROP TRIGGER As;\nCOMMIT;", {"DROP PROCEDURE As", "DROP TRIGGER As", "COMMIT"}},
         {"SET TERM\n!! ;\nSELECT 1 FROM X!!\nSELECT 2!!x FROM Y!!\nSET TERM ; !!\nSELECT 3;",
@@ -105,12 +89,9 @@ TEST(ScriptSplit, BodiesCommentsAndTerminators)
         // A body still open at the end is kept whole.
         {"CREATE TRIGGER T FOR X AS BEGIN A = 1;", {"CREATE TRIGGER T FOR X AS BEGIN A = 1;"}},
     };
-    for (const Case &c : cases)
+    for (const auto &c : cases)
         EXPECT_EQ(split(QString::fromUtf8(c.script)), c.statements) << c.script;
-}
 
-TEST(ScriptSplit, SetTermPositionsDirectivesAndConditionals)
-{
     EXPECT_EQ(layout("set term ^ ;\nCREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND^\nSET TERM ; ^\nCOMMIT;"),
               "1-4:3 CREATE PROCEDURE P AS\nBEGIN\n  EXIT;\nEND | 6-6:6 COMMIT");
     // A statement ends at the text's end or before a terminator in column one.
@@ -133,18 +114,15 @@ TEST(ScriptSplit, SetTermPositionsDirectivesAndConditionals)
     EXPECT_EQ(split("{$DEFINE FULL}\n" + conditional).mid(1), QStringList({"SELECT 1", "SELECT 2", "SELECT 6"}));
 }
 
-TEST(ScriptSplit, KindsObjectKindsAndNames)
+TEST(ScriptSplit, KindsObjectKindsNamesAndTheParsersAndRunnersErrorTexts)
 {
-    struct Case { const char *text; int kind, objectKind; const char *name; };
+    struct Case { const char *text; int kind, objectKind = sokNone; const char *name = ""; };
     // The runner tests cover the kinds it acts on itself (connections, DESCRIBE, INPUT, BATCH, REINSERT).
     const Case cases[] = {
-        {"SELECT 1 FROM RDB$DATABASE", skSQL, sokNone, ""}, {"- 1", skEmpty, sokNone, ""},
-        {"DELETE FROM T", skDML, sokNone, ""},
-        {"MERGE INTO T USING S ON 1 = 1 WHEN MATCHED THEN DELETE", skDML, sokNone, ""},
-        {"EXECUTE BLOCK AS BEGIN END", skDML, sokBlock, ""}, {"COMMIT WORK", skCommit, sokNone, ""},
-        {"ROLLBACK", skRollback, sokNone, ""}, {"CREATE TABLE CONFIG (ID INTEGER)", skCreate, sokTable, "CONFIG"},
-        {"CREATE DOMAIN D AS INTEGER", skCreate, sokDomain, "D"},
-        {"CREATE VIEW V AS SELECT 1 FROM X", skCreate, sokView, "V"},
+        {"SELECT 1 FROM RDB$DATABASE", skSQL}, {"- 1", skEmpty}, {"DELETE FROM T", skDML}, {"COMMIT WORK", skCommit},
+        {"MERGE INTO T USING S ON 1 = 1 WHEN MATCHED THEN DELETE", skDML}, {"ROLLBACK", skRollback},
+        {"EXECUTE BLOCK AS BEGIN END", skDML, sokBlock}, {"CREATE TABLE CONFIG (ID INTEGER)", skCreate, sokTable, "CONFIG"},
+        {"CREATE DOMAIN D AS INTEGER", skCreate, sokDomain, "D"}, {"CREATE VIEW V AS SELECT 1 FROM X", skCreate, sokView, "V"},
         {"create or alter procedure spOrderEdit(A integer) as begin end", skCreate, sokProcedure, "spOrderEdit"},
         {"CREATE TRIGGER INS_CONFIG FOR CONFIG AS BEGIN END", skCreate, sokTrigger, "INS_CONFIG"},
         {"DECLARE EXTERNAL FUNCTION F CSTRING(10) RETURNS INTEGER ENTRY_POINT 'f' MODULE_NAME 'm'", skDeclare,
@@ -160,10 +138,9 @@ TEST(ScriptSplit, KindsObjectKindsAndNames)
         {"ALTER TABLE T ADD CONSTRAINT C UNIQUE (A)", skAlter, sokTable, "T"},
         {"DROP PROCEDURE \"Mixed\"", skDrop, sokProcedure, "\"Mixed\""},
         {"SET GENERATOR GEN_CONFIG TO 5", skSetGenerator, sokGenerator, "GEN_CONFIG"},
-        {"SET STATISTICS INDEX IX", skSetStatistics, sokIndex, "IX"},
-        {"COMMENT ON TABLE T IS 'x'", skComment, sokNone, ""}, {"GRANT SELECT ON T TO PUBLIC", skGrant, sokNone, ""},
-        {"BATCH", skBatch, sokNone, ""}, {"EXECUTE PROCEDURE P", skExecute, sokNone, ""},
-        {"-- leading comment\nINSERT INTO T VALUES (1)", skInsert, sokNone, ""},
+        {"SET STATISTICS INDEX IX", skSetStatistics, sokIndex, "IX"}, {"COMMENT ON TABLE T IS 'x'", skComment},
+        {"GRANT SELECT ON T TO PUBLIC", skGrant}, {"BATCH", skBatch}, {"EXECUTE PROCEDURE P", skExecute},
+        {"-- leading comment\nINSERT INTO T VALUES (1)", skInsert},
     };
     for (const Case &c : cases) {
         TpFIBScriptParser parser;
@@ -173,12 +150,8 @@ TEST(ScriptSplit, KindsObjectKindsAndNames)
         EXPECT_EQ(QString("%1 %2 %3").arg(st.Kind).arg(st.ObjectKind).arg(st.ObjectName),
                   QString("%1 %2 %3").arg(c.kind).arg(c.objectKind).arg(c.name)) << c.text;
     }
-}
 
-// --- error texts ----------------------------------------------------------------------------
-
-TEST(ScriptErrors, ParserAndRunnerTexts)
-{
+    // The parser's and the runner's error texts.
     EXPECT_EQ(parseError("SELECT 1\n  FROM {X};"), "Parse script error.\r\n Unexpected symbol \"{\"\r\nLine :2 Pos:8");
     // Inside a string it is just a character.
     EXPECT_EQ(parseError("SELECT '{' FROM X;"), "<no error>");
@@ -236,7 +209,7 @@ protected:
 
 } // namespace
 
-TEST_F(ScriptRun, AFailingStatementStopsTheRunUnlessTheHandlerSaysOtherwise)
+TEST_F(ScriptRun, AFailingStatementStopsTheRunUnlessTheHandlerSaysOtherwiseAutoDDLCommitsAndSetStatementsStayWithTheRunner)
 {
     try {
         Run("CREATE TABLE A (ID INTEGER);\nINSERT INTO A VALUES (1);\nINSERT INTO A VALUES (2);\n"
@@ -245,14 +218,12 @@ TEST_F(ScriptRun, AFailingStatementStopsTheRunUnlessTheHandlerSaysOtherwise)
     } catch (const EFIBInterBaseError &e) {
         EXPECT_EQ(e.SQLCode, -204);
     }
-    EXPECT_EQ(s.CurrentStatement(), 4);
-    ASSERT_TRUE(t.Tr().Active());
-    EXPECT_EQ(Rows("A"), 2); // pending in the same transaction
-    EXPECT_FALSE(TableExists("B"));
+    // The inserts before it are pending in the same transaction.
+    EXPECT_EQ(QString("%1 %2 %3 %4").arg(s.CurrentStatement()).arg(t.Tr().Active()).arg(Rows("A")).arg(TableExists("B")),
+              "4 1 2 0");
 
     t.Tr().Rollback();
-    EXPECT_TRUE(TableExists("A")); // the DDL was committed at once
-    EXPECT_EQ(Rows("A"), 0);
+    EXPECT_TRUE(TableExists("A") && Rows("A") == 0); // the DDL was committed at once
 
     // A handler decides on rollback and stop.
     QList<int> failed;
@@ -264,8 +235,7 @@ TEST_F(ScriptRun, AFailingStatementStopsTheRunUnlessTheHandlerSaysOtherwise)
     Run("INSERT INTO A VALUES (1);\n\nINSERT INTO A VALUES ('x');\nINSERT INTO A VALUES (3);");
     EXPECT_EQ(failed, QList<int>({2, 3}));
     EXPECT_EQ(failedText, "INSERT INTO A VALUES ('x')");
-    EXPECT_FALSE(t.Tr().Active()); // rolled back, and the third insert never ran
-    EXPECT_EQ(Rows("A"), 0);
+    EXPECT_TRUE(!t.Tr().Active() && Rows("A") == 0); // rolled back, and the third insert never ran
 
     s.OnExecuteError = [&](TpFIBScripter *, int, int, const QString &, const EFIBError &, bool &rollback, bool &stop) {
         rollback = false;
@@ -273,25 +243,20 @@ TEST_F(ScriptRun, AFailingStatementStopsTheRunUnlessTheHandlerSaysOtherwise)
     };
     Run("INSERT INTO A VALUES (1);\nINSERT INTO A VALUES ('x');\nINSERT INTO A VALUES (3);");
     EXPECT_EQ(Rows("A"), 2);
-}
 
-TEST_F(ScriptRun, AutoDDLCommitsEachSchemaStatementAndSetStatementsStayWithTheRunner)
-{
+    // AutoDDL commits each schema statement, and the SET statements stay with the runner.
     Run("CREATE TABLE D (ID INTEGER);\nINSERT INTO D VALUES (1);\nCREATE GENERATOR G;");
-    EXPECT_FALSE(t.Tr().Active()); // the insert went with the generator's commit
-    EXPECT_EQ(Rows("D"), 1);
+    EXPECT_TRUE(!t.Tr().Active() && Rows("D") == 1); // the insert went with the generator's commit
 
     Run("INSERT INTO D VALUES (2);\nSET AUTODDL OFF;\nCREATE TABLE E (ID INTEGER);");
     EXPECT_FALSE(s.AutoDDL);
     ASSERT_TRUE(t.Tr().Active());
     t.Tr().Rollback();
-    EXPECT_FALSE(TableExists("E"));
-    EXPECT_EQ(Rows("D"), 1);
+    EXPECT_TRUE(!TableExists("E") && Rows("D") == 1);
 
     Run("SET AUTODDL ON;\nCREATE TABLE E (ID INTEGER);\nINSERT INTO E VALUES (1);");
     t.Tr().Rollback();
-    EXPECT_TRUE(TableExists("E"));
-    EXPECT_EQ(Rows("E"), 0);
+    EXPECT_TRUE(TableExists("E") && Rows("E") == 0);
 
     // COMMIT and ROLLBACK on an inactive transaction do nothing.
     t.Tr().Commit();
@@ -302,31 +267,15 @@ TEST_F(ScriptRun, AutoDDLCommitsEachSchemaStatementAndSetStatementsStayWithTheRu
     Run("SET NAMES WIN1251;\nSET SQL DIALECT 1;\nSET CLIENTLIB 'fbembed.dll';\nSET ECHO ON;\n"
         "CREATE TABLE C (S VARCHAR(20));\nINSERT INTO C VALUES ('Привет');\nCOMMIT;");
     EXPECT_EQ(t.Db().AttachmentCharSet(), charSet);
-    EXPECT_EQ(s.CharSet(), "WIN1251");
-    EXPECT_EQ(s.SQLDialect(), 1);
-    EXPECT_EQ(s.ClientLibrary, "fbembed.dll");
+    EXPECT_EQ(QString("%1 %2 ").arg(s.CharSet()).arg(s.SQLDialect()) + s.ClientLibrary, "WIN1251 1 fbembed.dll");
     EXPECT_EQ(t.Scalar("select S from C").toString(), "Привет");
 
     // Dialect and character set start afresh with every run.
     Run("COMMIT;");
-    EXPECT_EQ(s.SQLDialect(), 3);
-    EXPECT_TRUE(s.CharSet().isEmpty());
+    EXPECT_EQ(QString("%1 %2").arg(s.SQLDialect()).arg(s.CharSet()), "3 ");
 }
 
-TEST_F(ScriptRun, BodiesRunWholeWithAndWithoutSetTerm)
-{
-    Run("CREATE TABLE A (ID INTEGER);\nCREATE GENERATOR GEN_A;\n"
-        "CREATE TRIGGER INS_A FOR A ACTIVE BEFORE INSERT POSITION 0\nAS\n  DECLARE VARIABLE N INTEGER;\n"
-        "BEGIN\n  N = GEN_ID(GEN_A, 1);\n  IF (NEW.ID IS NULL) THEN\n  BEGIN\n    NEW.ID = N * 10;\n  END\nEND;\n"
-        "SET TERM ^ ;\nCREATE OR ALTER PROCEDURE ADD_A (N INTEGER) AS\nBEGIN\n  INSERT INTO A (ID) VALUES (:N);\nEND^\n"
-        "SET TERM ; ^\nINSERT INTO A (ID) VALUES (NULL);\nEXECUTE PROCEDURE ADD_A(5);\n"
-        "EXECUTE BLOCK AS DECLARE I INTEGER = 0; BEGIN WHILE (I < 2) DO BEGIN INSERT INTO A VALUES (100 + :I); I = I + 1; END END;\n"
-        "COMMIT;");
-    EXPECT_EQ(s.StatementsCount(), 8);
-    EXPECT_EQ(t.Scalar("select list(ID, ',') from (select ID from A order by ID)").toString(), "5,10,100,101");
-}
-
-TEST_F(ScriptRun, StartsAtTheGivenStatementReparsesAChangedScriptAndRunsDescribeAndInput)
+TEST_F(ScriptRun, StartsAtTheGivenStatementReparsesAChangedScriptAndRunsDescribeInputAndBodies)
 {
     Run("CREATE TABLE A (ID INTEGER);");
     s.SetScriptText("INSERT INTO A VALUES (1);\nINSERT INTO A VALUES (2);\nREINSERT;");
@@ -351,12 +300,14 @@ TEST_F(ScriptRun, StartsAtTheGivenStatementReparsesAChangedScriptAndRunsDescribe
         f.write(text);
         return f.fileName();
     };
-    write("more.sql", "INSERT INTO A VALUES (7);\r\nSET AUTODDL OFF;\r\n");
-    s.LoadScriptFromFile(write("main.sql", "{$DEFINE LOCAL}\nINPUT more.sql;\nINSERT INTO A VALUES (8);\n"));
+    // Bodies run whole without SET TERM (the shop's own scripts show them with it).
+    write("more.sql", "CREATE PROCEDURE ADD_A (N INTEGER) AS\r\nBEGIN\r\n  INSERT INTO A VALUES (:N);\r\nEND;\r\n"
+                      "EXECUTE PROCEDURE ADD_A(7);\r\nSET AUTODDL OFF;\r\n");
+    s.LoadScriptFromFile(write("main.sql", "{$DEFINE LOCAL}\nINPUT more.sql;\n"
+                                           "EXECUTE BLOCK AS BEGIN INSERT INTO A VALUES (8); END;\n"));
     s.ExecuteScript();
     EXPECT_EQ(t.Scalar("select list(ID, ',') from A where ID > 5").toString(), "7,8");
-    EXPECT_FALSE(s.AutoDDL); // a nested script's settings hold afterwards
-    EXPECT_TRUE(s.ActiveDefines().contains("LOCAL"));
+    EXPECT_TRUE(!s.AutoDDL && s.ActiveDefines().contains("LOCAL")); // a nested script's settings hold afterwards
 }
 
 TEST(ScriptDatabase, CreateConnectDisconnectAndDropDatabase)
@@ -377,8 +328,7 @@ TEST(ScriptDatabase, CreateConnectDisconnectAndDropDatabase)
     s.SetScriptText("CONNECT '" + path + "' USER 'SYSDBA' PASSWORD 'x';\nINSERT INTO Z VALUES (2, NULL);\nCOMMIT;");
     s.ExecuteScript();
     ASSERT_TRUE(db.Connected());
-    EXPECT_EQ(db.DatabaseSQLDialect(), 1);
-    EXPECT_EQ(s.ConnectUser(), "SYSDBA");
+    EXPECT_EQ(QString("%1 ").arg(db.DatabaseSQLDialect()) + s.ConnectUser(), "1 SYSDBA");
     {
         TpFIBTransaction tr;
         tr.SetDefaultDatabase(&db);
@@ -386,17 +336,15 @@ TEST(ScriptDatabase, CreateConnectDisconnectAndDropDatabase)
         TpFIBQuery q;
         q.SetDatabase(&db);
         q.SetTransaction(&tr);
-        q.SetSQLText("select count(*), max(extract(hour from D)) from Z");
+        // The first insert went with DISCONNECT's rollback.
+        q.SetSQLText("select count(*) || ' ' || coalesce(max(extract(hour from D)), 'null') from Z");
         q.ExecQuery();
-        ASSERT_TRUE(q.Next());
-        EXPECT_EQ(q.Fields(0).AsInteger(), 1); // the first insert went with DISCONNECT's rollback
-        EXPECT_TRUE(q.Fields(1).IsNull());
+        EXPECT_EQ(q.Next() ? q.Fields(0).AsString() : "<no row>", "1 null");
         q.Close();
         tr.Commit();
     }
 
     s.SetScriptText("RECONNECT;\nDROP DATABASE;");
     s.ExecuteScript();
-    EXPECT_FALSE(db.Connected());
-    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_FALSE(db.Connected() || QFile::exists(path));
 }
