@@ -141,7 +141,7 @@ TEST_F(DataSet, PostSendsOldAndNewValuesCopiesOutputsBackAndFailedNoActionAndRef
     EXPECT_TRUE(beforePost && ds.State() == dsBrowse);
     // The procedure's ID output arrived in the row.
     EXPECT_EQ(ds.FieldByName("ID")->AsString() + " " + ds.FieldByName("NAME")->AsString(), "1003 Новое имя");
-    EXPECT_EQ(t.Scalar("select OLD_ID || ' ' || NAME from LOG").toString(), "3 Новое имя");
+    EXPECT_EQ(t.Scalar("select OLD_ID || ' ' || NEW_NAME from LOG").toString(), "3 Новое имя");
     EXPECT_EQ(t.Scalar("select NAME from MAT where ID = 3").toString(), "Новое имя");
 
     // An empty text goes as null.
