@@ -25,21 +25,6 @@ protected:
         return users.get();
     }
 
-    // The row of a frame's dataset whose fields have the values given; -1 when there is none.
-    static int RowOf(TGridFrame *frame, const QVariantMap &values)
-    {
-        TFIBDataSet *ds = frame->DS->DataSet();
-        ds->FetchAll();
-        for (int row = 0; row < ds->RecordCount(); ++row) {
-            bool all = true;
-            for (auto it = values.begin(); it != values.end() && all; ++it)
-                all = ds->RowValue(row, ds->FieldByName(it.key())->Index()).toString() == it.value().toString();
-            if (all)
-                return row;
-        }
-        return -1;
-    }
-
     // The right a grid of rights shows in that row.
     static QString ShownRight(TGridFrame *frame, int row)
     {

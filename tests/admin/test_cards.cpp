@@ -25,27 +25,27 @@ TEST_F(CardsTest, AnEmptyPasswordKeepsTheStoredOneAndATypedOneIsStoredAsLowerCas
     Exec("update USERS set PASSWORD = '0cc175b9c0f1b6a831c399e269772661' where ID = 1");
     ASSERT_TRUE(dm->spUsersOpen.Locate("ID", 1));
     OnCard(users->frmUser->actEdit, {[](TCustomDictFM *card) {
-               EXPECT_EQ(card->windowTitle(), "Редактировать пользователя");
-               EXPECT_TRUE(Edit(card, "PASSWORD_TCX")->text().isEmpty()) << "no hash is shown";
-               TypeText(Edit(card, "USER_FULL_NAME_TCX"), "Иванов И.И.");
-               card->AdvGlowButton1->click();
-           }});
+        EXPECT_EQ(card->windowTitle(), "Редактировать пользователя");
+        EXPECT_TRUE(Edit(card, "PASSWORD_TCX")->text().isEmpty()) << "no hash is shown";
+        TypeText(Edit(card, "USER_FULL_NAME_TCX"), "Иванов И.И.");
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(StoredPassword(1), "0cc175b9c0f1b6a831c399e269772661");
     EXPECT_EQ(Scalar("select USER_FULL_NAME from USERS where ID = 1").toString(), "Иванов И.И.");
 
     ASSERT_TRUE(dm->spUsersOpen.Locate("ID", 1));
     OnCard(users->frmUser->actEdit, {[](TCustomDictFM *card) {
-               EXPECT_EQ(Edit(card, "PASSWORD_TCX")->echoMode(), QLineEdit::Password);
-               TypeText(Edit(card, "PASSWORD_TCX"), "Секрет1");
-               card->AdvGlowButton1->click();
-           }});
+        EXPECT_EQ(Edit(card, "PASSWORD_TCX")->echoMode(), QLineEdit::Password);
+        TypeText(Edit(card, "PASSWORD_TCX"), "Секрет1");
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(StoredPassword(1),
               QString(QCryptographicHash::hash(QString("Секрет1").toUtf8(), QCryptographicHash::Md5).toHex()));
     EXPECT_TRUE(dm->spUsersOpen.FieldByName("PASSWORD")->IsNull()) << "the grid never holds a password";
     EXPECT_EQ(dm->spUsersOpen.State(), dsBrowse);
 }
 
-TEST_F(CardsTest, ANewUserNeedsANameAndARole)
+TEST_F(CardsTest, ANewUserNeedsANameAndARoleAndAStateAName)
 {
     const int before = Count("USERS");
     OnCard(users->frmUser->actAdd, {[](TCustomDictFM *card) { card->AdvGlowButton1->click(); },
@@ -64,19 +64,18 @@ TEST_F(CardsTest, ANewUserNeedsANameAndARole)
     EXPECT_EQ(Count("USERS"), before + 1);
     EXPECT_EQ(Scalar("select ID_ROLE || ' ' || PASSWORD || ' ' || STATE from USERS where USERNAME = 'Кассир'").toString(),
               "2 " + TDataDM::MD5("123") + " 1");
-}
 
-TEST_F(CardsTest, AStateNeedsANameAndCancelDropsTheNewRow)
-{
-    const int before = Count("STATES");
+    // A state needs a name; Cancel drops the row made at opening.
+    dialogs.Clear();
+    const int states = Count("STATES");
     OnCard(users->frmStates->actAdd, {[](TCustomDictFM *card) { card->AdvGlowButton1->click(); },
                                       [&](TCustomDictFM *card) {
-                                          EXPECT_EQ(Count("STATES"), before + 1) << "the row is made at opening";
+                                          EXPECT_EQ(Count("STATES"), states + 1) << "the row is made at opening";
                                           card->AdvGlowButton2->click();
                                       }});
     EXPECT_EQ(dialogs.Texts(), QStringList({"Не указано наименование статуса!"}));
     EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка сохранения статуса");
-    EXPECT_EQ(Count("STATES"), before);
+    EXPECT_EQ(Count("STATES"), states);
 }
 
 TEST_F(CardsTest, TheRoleCardShowsOnlyItsRoleRightsAndSavesThemButTheAdministratorsSpringBack)
@@ -84,21 +83,19 @@ TEST_F(CardsTest, TheRoleCardShowsOnlyItsRoleRightsAndSavesThemButTheAdministrat
     const int action = ActionId("UsersFM.frmStates");
     for (const int role : {3, 1}) {
         ASSERT_TRUE(dm->spRolesOpen.Locate("ID", role));
-        OnCard(users->frmRoles->actEdit, {[&](TCustomDictFM *modal) {
-                   auto *card = qobject_cast<TRolesCardFM *>(modal);
-                   ASSERT_NE(card, nullptr);
-                   TGridFrame *frame = card->frmRolesAction;
-                   EXPECT_FALSE(frame->actAdd->isVisible() || frame->actEdit->isVisible() || frame->actDel->isVisible());
-                   // Only this role's rows, one per action; its column is hidden.
-                   dm->spRolesActionsOpen2.FetchAll();
-                   EXPECT_EQ(dm->spRolesActionsOpen2.RecordCount(), Count("ACTIONS"));
-                   EXPECT_EQ(RowOf(frame, {{"ID_ROLE_LKP_ROLES_F_ROLENAME", 4 - role}}), -1);
-                   EXPECT_FALSE(frame->GridView->FindColumnByFieldName(TRightsGrid::RoleColumn)->Visible());
-                   const int row = RowOf(frame, {{"ID_ACTION_LKP_ACTIONS_F_ACTNAME", action}});
-                   SetRight(frame, row, 3);
-                   EXPECT_EQ(ShownRight(frame, row), role == 1 ? "Полный доступ" : "Изменение");
-                   card->AdvGlowButton2->click();
-               }});
+        OnModal<TRolesCardFM>(users->frmRoles->actEdit, {[&](TRolesCardFM *card) {
+            TGridFrame *frame = card->frmRolesAction;
+            EXPECT_FALSE(frame->actAdd->isVisible() || frame->actEdit->isVisible() || frame->actDel->isVisible());
+            // Only this role's rows, one per action; its column is hidden.
+            dm->spRolesActionsOpen2.FetchAll();
+            EXPECT_EQ(dm->spRolesActionsOpen2.RecordCount(), Count("ACTIONS"));
+            EXPECT_EQ(RowOf(frame, {{"ID_ROLE_LKP_ROLES_F_ROLENAME", 4 - role}}), -1);
+            EXPECT_FALSE(frame->GridView->FindColumnByFieldName(TRightsGrid::RoleColumn)->Visible());
+            const int row = RowOf(frame, {{"ID_ACTION_LKP_ACTIONS_F_ACTNAME", action}});
+            SetRight(frame, row, 3);
+            EXPECT_EQ(ShownRight(frame, row), role == 1 ? "Полный доступ" : "Изменение");
+            card->AdvGlowButton2->click();
+        }});
         EXPECT_EQ(users->frmRoles->SelectedId, role);
     }
     EXPECT_EQ(RightOf(3, action), 3);
@@ -115,9 +112,9 @@ TEST_F(CardsTest, ARoleNeedsANameANewOneBringsItsRowsOfRightsAndARenamedOneIsSav
     const int actions = Count("ACTIONS");
     QVariant roleOnCard;
     OnCard(users->frmRoles->actAdd, {[](TCustomDictFM *card) {
-                                         TypeText(Edit(card, "TCXROLENAME"), "   ");
-                                         card->AdvGlowButton1->click();
-                                     },
+        TypeText(Edit(card, "TCXROLENAME"), "   ");
+        card->AdvGlowButton1->click();
+    },
                                      [&](TCustomDictFM *card) {
                                          EXPECT_EQ(card->windowTitle(), "Новая роль");
                                          static_cast<TRolesCardFM *>(card)->GetIntValue("ID", roleOnCard);
@@ -136,9 +133,9 @@ TEST_F(CardsTest, ARoleNeedsANameANewOneBringsItsRowsOfRightsAndARenamedOneIsSav
 
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 3));
     OnCard(users->frmRoles->actEdit, {[](TCustomDictFM *card) {
-               TypeText(Edit(card, "TCXROLENAME"), "Наблюдатель");
-               card->AdvGlowButton1->click();
-           }});
+        TypeText(Edit(card, "TCXROLENAME"), "Наблюдатель");
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(Scalar("select ROLENAME from ROLES where ID = 3").toString(), "Наблюдатель");
 }
 

@@ -1,4 +1,4 @@
-// Options, the script editor, the shop's requisites and the about box.
+// Options, the script editor, the shop's requisites on the suite's screens and the about box.
 
 #include "admin_fixture.h"
 
@@ -10,9 +10,12 @@
 #include "script_fm.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTabWidget>
 
 namespace {
@@ -25,9 +28,8 @@ TEST_F(AdminTest, OptionsCancelTakesTheMarksOverButNotTheNumberingSettingsAndOkS
     // Runs the dialog, types into it, and leaves it by OK or Cancel; what it showed at first.
     const auto run = [](bool ok, const std::function<void(TOptionsFM &)> &typing) {
         TOptionsFM options;
-        ModalDriver driver;
         QStringList seen;
-        driver.Then([&](QWidget *) {
+        OnModal<TOptionsFM>([&] { EXPECT_EQ(options.Execute(), ok); }, {[&](TOptionsFM *) {
             for (QLineEdit *edit : {options.cxTextEdit1, options.cxTextEdit2, options.cxTextEdit3, options.edReportNum,
                                     options.edOrderNum, options.edOrderPostfix})
                 seen << edit->text();
@@ -35,8 +37,7 @@ TEST_F(AdminTest, OptionsCancelTakesTheMarksOverButNotTheNumberingSettingsAndOkS
             options.cbAutoBackup->setChecked(!options.cbAutoBackup->isChecked());
             typing(options);
             (ok ? options.AdvGlowButton1 : options.AdvGlowButton2)->click();
-        });
-        EXPECT_EQ(options.Execute(), ok);
+        }});
         return seen;
     };
     CurrencyWords().Val1 = "$";
@@ -77,7 +78,7 @@ protected:
     }
     void TearDown() override
     {
-        script.reset();
+        window.reset();
         RemoveOverrides();
         AdminTest::TearDown();
     }
@@ -87,19 +88,8 @@ protected:
         QFile::remove(Beside(DeployScript::Tables));
         QFile::remove(Beside(DeployScript::Procedures));
     }
-    void Show()
-    {
-        script = std::make_unique<TScriptFM>();
-        script->show();
-    }
-    QStringList Captions()
-    {
-        QStringList captions;
-        for (TGridColumn *column : script->GridViewScript->ColumnList())
-            captions << column->Caption();
-        return captions;
-    }
-    std::unique_ptr<TScriptFM> script;
+    void Show() { script = WindowTest::Show<TScriptFM>(); }
+    TScriptFM *script = nullptr;
 };
 
 TEST_F(ScriptTest, PanesShowOnlyOverrideFilesSaveWritesThemAndAQueryRunsOnEnterOrButton)
@@ -129,37 +119,43 @@ TEST_F(ScriptTest, PanesShowOnlyOverrideFilesSaveWritesThemAndAQueryRunsOnEnterO
     script->Memo1->moveCursor(QTextCursor::End);
     QTest::keyClick(script->Memo1, Qt::Key_Return);
     EXPECT_EQ(script->Memo1->toPlainText(), "select ID, ROLENAME from ROLES order by ID") << "Enter adds no line";
-    EXPECT_EQ(Captions(), QStringList({"ID", "ROLENAME"}));
+    EXPECT_EQ(Captions(script->GridViewScript), QStringList({"ID", "ROLENAME"}));
     Settle(); // the grid fetches as it lays out its rows
     ASSERT_EQ(script->GridViewScript->RowCount(), 3);
     EXPECT_EQ(script->GridViewScript->DisplayText(1, 1), "Оператор");
 
     script->Memo1->setPlainText("select STATENAME from STATES");
     script->Button1->click();
-    EXPECT_EQ(Captions(), QStringList({"STATENAME"}));
+    EXPECT_EQ(Captions(script->GridViewScript), QStringList({"STATENAME"}));
     EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
     script->Memo1->setPlainText("select NOSUCH from NOWHERE");
     script->Button1->click();
     ASSERT_EQ(dialogs.Shown.size(), 1);
     EXPECT_EQ(dialogs.Shown[0].kind, Dialogs::Error);
-    EXPECT_EQ(Captions(), QStringList({"STATENAME"}));
+    EXPECT_EQ(Captions(script->GridViewScript), QStringList({"STATENAME"}));
 }
 
 // ---- Requisites and the about box -------------------------------------------------------------------
 
-TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedureAndAboutShowsTheVersion)
+class RequisitsTest : public AdminTest
 {
-    const int customers = Count("CUST");
-    const auto show = [&](const std::function<void(TRequisitsFM &)> &step) {
+protected:
+    // Shows the shop's card modally, on `screen` where it would stand at `at`, and runs `step` on it.
+    void ShowCard(const std::function<void(TRequisitsFM &)> &step, QScreen *screen = nullptr, QPoint at = {})
+    {
         dm->spRequisitsOpen.Open();
         TRequisitsFM card(&dm->dsRequisitsOpen, "spCustEdit");
-        ModalDriver driver;
-        driver.Then([&](QWidget *) { step(card); });
-        card.ShowModal();
-        EXPECT_EQ(driver.Ran(), 1);
+        if (screen)
+            card.setScreen(screen), card.move(screen->geometry().topLeft() + at);
+        OnModal<TRequisitsFM>([&] { card.ShowModal(); }, {[&](TRequisitsFM *) { step(card); }});
         dm->spRequisitsOpen.Close();
-    };
-    show([](TRequisitsFM &card) {
+    }
+};
+
+TEST_F(RequisitsTest, TheCardSavesTheShopsRowThroughTheCustomerProcedureAndAboutShowsTheVersion)
+{
+    const int customers = Count("CUST");
+    ShowCard([](TRequisitsFM &card) {
         EXPECT_EQ(LabelTexts(&card).size(), 24);
         EXPECT_EQ(NotRussian(LabelTexts(&card)), QStringList());
         EXPECT_FALSE(card.findChild<QWidget *>("ID_TCX")->isEnabled());
@@ -174,26 +170,56 @@ TEST_F(AdminTest, RequisitsCardSavesTheShopsRowThroughTheCustomerProcedureAndAbo
     EXPECT_EQ(Scalar("select CUSTNAME || '|' || HOME_PHONE || '|' || BANK || '|' || CARDNUMBER from CUST where ID = 1").toString(),
               "ООО \"Колесо\"|222-22-22|Первый шиномонтажный Банк|00000001");
     EXPECT_DOUBLE_EQ(Scalar("select DISCOUNT_VALUE from CUST where ID = 1").toDouble(), 350.5);
-    show([](TRequisitsFM &card) {
+    ShowCard([](TRequisitsFM &card) {
         EXPECT_EQ(card.findChild<QLineEdit *>("CUSTNAME_TCX")->text(), "ООО \"Колесо\"") << "read anew";
         card.AdvGlowButton2->click();
     });
 
     // The about box shows the version and opens the site.
     TAboutFM about;
-    ModalDriver driver;
-    driver.Then([&](QWidget *) {
+    OnModal<TAboutFM>([&] { EXPECT_FALSE(about.Execute()); }, {[&](TAboutFM *) {
         const QDate built = QFileInfo(QCoreApplication::applicationFilePath()).lastModified().date();
         EXPECT_EQ(about.LabelVersion->text(),
                   "Версия " + TAboutFM::FileVersion() + " от " + QLocale().toString(built, QLocale::ShortFormat));
         emit about.cxLabel2->linkActivated(TAboutFM::SiteUrl);
         about.AdvGlowButton2->click();
-    });
-    EXPECT_FALSE(about.Execute());
+    }});
     EXPECT_EQ(shell.Opened, QStringList({TAboutFM::SiteUrl}));
     EXPECT_TRUE(QRegularExpression("^\\d+\\.\\d+\\.\\d+\\.\\d+$").match(TAboutFM::FileVersion()).hasMatch());
     // Without a date: day zero of the date arithmetic.
     EXPECT_EQ(TAboutFM::VersionText("1.2.3.4", QDateTime()), "Версия 1.2.3.4 от " + QLocale().toString(QDate(1899, 12, 30), QLocale::ShortFormat));
+}
+
+// The card stays within the available area of its screen: too tall for it, it scrolls, its buttons in
+// sight; when it fits, it is left as it is. The suite's screens are a 1366 × 768 laptop and a 1024 × 600
+// netbook (tests/support/screens.json).
+TEST_F(RequisitsTest, TheCardKeepsItsButtonsWithinTheScreen)
+{
+    ASSERT_EQ(QGuiApplication::screens().size(), 2) << "the suite runs with the screens of screens.json";
+    // 24 fields: 692 pixels and a title bar fit 768, not 600; placed low, the card is moved up.
+    const struct { const char *screen; QPoint placedAt; bool scrolls; } cases[] = {
+        {"Laptop", {300, 0}, false}, {"Laptop", {300, 500}, false}, {"Netbook", {0, 0}, true}};
+    for (const auto &c : cases) {
+        QScreen *screen = nullptr;
+        for (QScreen *s : QGuiApplication::screens())
+            screen = s->name() == QLatin1String(c.screen) ? s : screen;
+        ASSERT_TRUE(screen) << c.screen;
+        ShowCard([&](TRequisitsFM &card) {
+            const QRect area = screen->availableGeometry();
+            EXPECT_TRUE(area.contains(card.frameGeometry())) << c.screen << " " << c.placedAt.y();
+            for (QWidget *button : {static_cast<QWidget *>(card.AdvGlowButton1), static_cast<QWidget *>(card.AdvGlowButton2)})
+                EXPECT_TRUE(area.contains(QRect(button->mapToGlobal(QPoint(0, 0)), button->size()))) << c.screen;
+            EXPECT_EQ(card.ScrollBox() != nullptr, c.scrolls) << c.screen;
+            if (card.ScrollBox()) {
+                // The last field can be scrolled to and typed into.
+                QWidget *last = card.gbValues->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly).last();
+                card.ScrollBox()->ensureWidgetVisible(last);
+                const QRect shown(last->mapTo(card.ScrollBox()->viewport(), QPoint(0, 0)), last->size());
+                EXPECT_TRUE(card.ScrollBox()->viewport()->rect().contains(shown));
+            }
+            card.AdvGlowButton2->click();
+        }, screen, c.placedAt);
+    }
 }
 
 } // namespace

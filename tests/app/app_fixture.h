@@ -2,40 +2,27 @@
 // The program's own windows over a copy of the deployed database, with the kept login dialog and the
 // per-user folder in a temporary place.
 
-#include "data_dm.h"
-#include "data_module_copy.h"
+#include "../forms/forms_fixture.h"
 #include "login_fm.h"
 #include "lookup_combo_box.h"
 #include "main_fm.h"
-#include "modal_driver.h"
-#include "recording_shell.h"
-#include "scripted_dialogs.h"
 #include "type_text.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-#include <memory>
 
-class AppWindowsTest : public ::testing::Test
+class AppWindowsTest : public FormsTest
 {
 protected:
+    // Nobody logged in yet.
     void SetUp() override
     {
-        // A sub-folder, so that the ini glued to the folder's name stays inside the temporary one.
-        dataHome = home.path() + "/share";
-        PrepareDataHome(dataHome);
-        dialogs.Install();
+        FormsTest::SetUp();
         CurrentUserId = CurrentRoleId = 0;
         CurrentUserName.clear();
         CurrentRoleName = QVariant();
-        dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"});
-        ASSERT_TRUE(dm->pFIBDatabaseMain.Connected());
-        ASSERT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
-        dm->pFIBTransaction1.StartTransaction();
         LoginFM = new TLoginFM();
     }
 
@@ -44,8 +31,7 @@ protected:
         mainWindow.reset();
         delete LoginFM;
         LoginFM = nullptr;
-        dm.reset();
-        ForgetDataHome();
+        FormsTest::TearDown();
     }
 
     // Its update check is already done, so that no test goes to the network by chance.
@@ -58,7 +44,6 @@ protected:
         return *mainWindow;
     }
 
-    void Exec(const QString &sql) { ExecIn(*dm, sql); }
     void SetPassword(int userId, const QString &password)
     {
         Exec(QString("update USERS set PASSWORD = '%1' where ID = %2").arg(TDataDM::MD5(password)).arg(userId));
@@ -110,10 +95,6 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    QTemporaryDir home;
-    QString dataHome;
-    ScriptedDialogs dialogs;
-    RecordingShell shell;
-    std::unique_ptr<TDataDM> dm;
+    const QString dataHome = home.path() + "/share";
     std::unique_ptr<TMainFM> mainWindow;
 };

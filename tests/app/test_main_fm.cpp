@@ -1,10 +1,11 @@
 // The main window: its menu and tool bar, one instance per child window, the "Окна" menu, the caption,
-// the change of user and the order filter sent by another window.
+// the change of user, the order filter sent by another window, and what it keeps in its ini file.
 
 #include "about_fm.h"
 #include "app_fixture.h"
 #include "common.h"
 #include "fm_base.h"
+#include "form_storage.h"
 #include "options_fm.h"
 #include "requisits_fm.h"
 #include "script_fm.h"
@@ -12,8 +13,11 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSettings>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -46,6 +50,8 @@ protected:
         form.RegisterChild(form.actShowMaterials, ChildWindow<StandIn<2>>());
         return form;
     }
+    // The main window's storage: no separator between the per-user folder's name and the file's.
+    QString IniPath() const { return home.path() + "/sharekelvarion.ini"; }
 };
 
 QStringList Texts(const QList<QAction *> &actions)
@@ -169,7 +175,7 @@ TEST_F(MainWindow, OneWindowPerClassAndAnEntryPerOpeningInTheWindowsMenu)
     form.close();
 }
 
-TEST_F(MainWindow, ScriptsOnlyWithTraceFirstAndRealWindowsOpenOnceWithoutMenuEntries)
+TEST_F(MainWindow, ScriptsOnlyWithTraceFirstRealWindowsOpenOnceWithoutMenuEntriesAndSmallDialogsRunModally)
 {
     for (const auto &[arguments, visible] : QList<QPair<QStringList, bool>>{{{"kelvarion"}, false},
                                                                            {{"kelvarion", "x", "TRACE"}, false},
@@ -188,6 +194,23 @@ TEST_F(MainWindow, ScriptsOnlyWithTraceFirstAndRealWindowsOpenOnceWithoutMenuEnt
     EXPECT_TRUE(dynamic_cast<TUsersFM *>(Children(form)[0]) && dynamic_cast<TScriptFM *>(Children(form)[1]));
     EXPECT_TRUE(form.ChildMenuItems().isEmpty());
     EXPECT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
+
+    // The shop's requisites, the options and the about box run modally.
+    OnModal<TRequisitsFM>([&] { form.actRequisits->trigger(); }, {[&](TRequisitsFM *card) {
+        EXPECT_EQ(card->ProcName, "spCustEdit");
+        EXPECT_EQ(card->DataSource, &dm->dsRequisitsOpen);
+        EXPECT_TRUE(dm->spRequisitsOpen.Active());
+        card->AdvGlowButton2->click();
+    }});
+    EXPECT_FALSE(dm->spRequisitsOpen.Active());
+    OnModal<TOptionsFM>([&] { form.miOptions->trigger(); }, {[](TOptionsFM *options) {
+        EXPECT_EQ(options, OptionsFM) << "options run in their global";
+        OptionsFM->cxTextEdit1->setText("грн.");
+        OptionsFM->AdvGlowButton1->click();
+    }});
+    EXPECT_EQ(OptionsFM, nullptr);
+    EXPECT_EQ(form.edVal1->text() + "/" + FormatMoney(3), "грн./3.00 грн. ");
+    OnModal<TAboutFM>([&] { form.miAbout->trigger(); }, {[](TAboutFM *about) { about->close(); }});
     form.close();
 }
 
@@ -218,40 +241,78 @@ TEST_F(MainWindow, ChangeOfUserKeepsWindowsAndChangesTheCaptionAtOnceButARefusal
     form.close();
 }
 
-TEST_F(MainWindow, RequisitsOptionsAndAboutRunModally)
+// ---- Currency marks and placement in "kelvarion.ini"; starts that survive a bad file or a missing folder
+
+TEST_F(MainWindow, MarksAndPlacementArePersistedAtCloseAndABadFileOrMissingFolderDoNotStopTheStart)
 {
+    CurrencyWords().Val1 = "old";
     TMainFM &form = NewMain();
+    EXPECT_EQ(TMainFM::StorageFileName(), IniPath());
+    EXPECT_EQ(form.edVal1->text(), "р.") << "a new window starts from the default marks";
+    form.setWindowState(Qt::WindowNoState);
+    form.setGeometry(40, 50, 640, 480);
     form.show();
-    ModalDriver driver;
-    bool requisitsOpenWhileShown = false;
-    driver
-        .Then([&](QWidget *modal) {
-            auto *card = dynamic_cast<TRequisitsFM *>(modal);
-            ASSERT_NE(card, nullptr);
-            EXPECT_EQ(card->ProcName, "spCustEdit");
-            EXPECT_EQ(card->DataSource, &dm->dsRequisitsOpen);
-            requisitsOpenWhileShown = dm->spRequisitsOpen.Active();
-            card->AdvGlowButton2->click();
-        })
-        .Then([&](QWidget *modal) {
-            ASSERT_EQ(modal, OptionsFM) << "options run in their global";
-            OptionsFM->cxTextEdit1->setText("грн.");
-            OptionsFM->AdvGlowButton1->click();
-        });
-    driver.Then([&](QWidget *modal) {
-        EXPECT_NE(dynamic_cast<TAboutFM *>(modal), nullptr);
-        modal->close();
-    });
-    form.actRequisits->trigger();
-    EXPECT_TRUE(requisitsOpenWhileShown);
-    EXPECT_FALSE(dm->spRequisitsOpen.Active());
-    form.miOptions->trigger();
-    EXPECT_EQ(OptionsFM, nullptr);
-    EXPECT_EQ(form.edVal1->text() + "/" + FormatMoney(3), "грн./3.00 грн. ");
-    form.miAbout->trigger();
-    EXPECT_EQ(driver.Ran(), 3);
-    EXPECT_TRUE(driver.Failures.isEmpty());
+    QCoreApplication::processEvents();
+    const QSize size = form.size();
+    form.edVal1->setText("$");
+    form.edVal2->setText("долл.");
+    EXPECT_EQ(FormatMoney(1500), "1500.00 $ ");
+    CurrencyWords().Val3 = "цент."; // changed behind the edits: taken over at close
+    EXPECT_FALSE(QFileInfo::exists(IniPath()));
     form.close();
+    EXPECT_EQ(form.edVal3->text(), "цент.");
+    EXPECT_EQ(QSettings(IniPath(), QSettings::IniFormat).value("MainFM/edVal3.Text").toString(), "цент.");
+    EXPECT_FALSE(QFileInfo::exists(dataHome + "/kelvarion.ini"));
+
+    mainWindow.reset();
+    CurrencyWords() = TCurrencyWords();
+    TMainFM &again = NewMain();
+    EXPECT_EQ(again.edVal1->text(), "$");
+    EXPECT_EQ(again.edVal2->text(), "долл.");
+    EXPECT_EQ(AmountInWords(CurrencyWords().Val2, CurrencyWords().Val3, 10000), "Один долл. 00 цент.");
+    EXPECT_FALSE(again.windowState() & Qt::WindowMaximized);
+    again.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(again.size(), size);
+    again.close();
+
+    // A corrupt file, a foreign placement or a missing folder do not stop the start.
+    QByteArray garbage("[MainFM\n\x01\x02\xff\xfe=\n edVal1.Text\n=\n[[[\nPlacement=@ByteArray(\\x00\\x01)\n");
+    garbage.append(QByteArray(64, '\0'));
+    for (const QByteArray &content : {garbage, QByteArray("[MainFM]\nPlacement=bm90IGEgcGxhY2VtZW50\nedVal1.Text=42\n")}) {
+        QFile file(IniPath());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        file.close();
+        TMainFM &form = NewMain();
+        EXPECT_TRUE(form.windowState() & Qt::WindowMaximized) << "no usable placement: maximised";
+        form.show();
+        EXPECT_TRUE(form.windowTitle().startsWith("Автосервис"));
+        form.close();
+    }
+    EXPECT_EQ(mainWindow->edVal1->text(), "42");
+
+    const QString missing = home.path() + "/nowhere/deeper/share";
+    qputenv("XDG_DATA_HOME", missing.toLocal8Bit());
+    TMainFM &moved = NewMain();
+    EXPECT_EQ(moved.FormStorage1.IniFileName, missing + "kelvarion.ini");
+    moved.show();
+    moved.close();
+    EXPECT_TRUE(dialogs.Texts().isEmpty());
+}
+
+TEST(FormStorage, UnwritableFileIsLeftAloneSilently)
+{
+    QWidget form;
+    form.setObjectName("SomeFM");
+    auto *edit = new QLineEdit("x", &form);
+    edit->setObjectName("edName");
+    TFormStorage storage(&form);
+    storage.IniFileName = "/proc/kelvarion-cannot-be-here.ini";
+    storage.StoredProps = {"edName.Text", "edMissing.Text"};
+    storage.Save();
+    EXPECT_FALSE(storage.Restore());
+    EXPECT_EQ(edit->text(), "x");
 }
 
 } // namespace
@@ -262,16 +323,12 @@ TEST_F(MainWindow, ABackupGoesToTheFolderPickedAndCancelMakesNone)
     const QString folder = home.path() + "/copies";
     ASSERT_TRUE(QDir().mkpath(folder));
     for (bool pick : {false, true}) {
-        ModalDriver driver;
-        driver.Then([&](QWidget *modal) {
-            auto *chooser = qobject_cast<QFileDialog *>(modal);
-            ASSERT_NE(chooser, nullptr);
+        OnModal<QFileDialog>([&] { form.miBackup->trigger(); }, {[&](QFileDialog *chooser) {
             EXPECT_EQ(QDir(chooser->directory()).absolutePath(), QDir(dm->BackupFolder).absolutePath());
             chooser->setDirectory(folder);
             QDialog *dialog = chooser; // accept() is public on the base
             pick ? dialog->accept() : dialog->reject();
-        });
-        form.miBackup->trigger();
+        }});
     }
     const QStringList made = QDir(folder).entryList({"*.fbk"});
     ASSERT_EQ(made.size(), 1);

@@ -1,10 +1,13 @@
-// How the program ends: after a failed start, with no core and with an error code; on SIGTERM, SIGINT
-// and SIGHUP in the same order as "Выход", from the main window or from the login dialog.
+// The real program from its start to the login dialog, on a new machine and on an existing database; how
+// it ends: after a failed start, with no core and with an error code; on SIGTERM, SIGINT and SIGHUP in the
+// same order as "Выход", from the main window or from the login dialog.
 
 #include "app_fixture.h"
 #include "fib_library.h"
+#include "requisits_fm.h"
 #include "signal_exit.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -30,7 +33,8 @@ public:
         dataHome = folder.path() + "/share";
     }
 
-    // Starts it with KELVARION_SMOKE=`smoke`; waits until its error stream holds `waitFor`, when given.
+    // Starts it with KELVARION_SMOKE=`smoke` ("1" writes the login dialog's caption and users to the error
+    // stream and cancels the dialog there); waits until its error stream holds `waitFor`, when given.
     bool Start(const QString &smoke, const QString &waitFor = QString())
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -76,6 +80,31 @@ public:
     QString output;
 };
 
+TEST(ProgramStart, NewMachineEndsInTheLoginDialogOfADeployedDatabase)
+{
+    ProgramCopy program;
+    program.dataHome = program.folder.path() + "/not/yet/there";
+    const QString login = "Вход в программу: Администратор, Оператор, Только просмотр";
+    const QString first = program.Run("1");
+    EXPECT_TRUE(first.contains(login) && first.endsWith("<exit 0>") && !first.contains("E1001")) << first.toStdString();
+    const QString database = program.dataHome + "/Kelvarion/db/database.fdb";
+    EXPECT_TRUE(QFileInfo::exists(database));
+    EXPECT_FALSE(QFileInfo::exists(program.dataHome + "/Kelvarion/doc")) << "the documents folder is made later";
+    EXPECT_FALSE(QFileInfo::exists(program.dataHome + "kelvarion.ini")) << "no main window after a cancelled login";
+
+    const QDateTime made = QFileInfo(database).birthTime();
+    const QString second = program.Run("1");
+    EXPECT_TRUE(second.contains(login) && second.endsWith("<exit 0>")) << second.toStdString();
+    EXPECT_EQ(QFileInfo(database).birthTime(), made) << "an existing database is kept";
+
+    // A file where the folder of the database has to be.
+    program.dataHome = program.folder.path() + "/blocked";
+    ASSERT_TRUE(QDir().mkpath(program.dataHome) && QFile(program.dataHome + "/Kelvarion").open(QIODevice::WriteOnly));
+    const QString blocked = program.Run("1");
+    EXPECT_TRUE(blocked.contains("E1001: Невозможно подключиться к файлу БД!")) << blocked.toStdString();
+    EXPECT_FALSE(blocked.contains("Вход в программу")) << "no login after the start error";
+}
+
 TEST(ProgramEnd, FailedDeploymentThenSecondStartReportAndEndWithAnErrorCode)
 {
     ProgramCopy program;
@@ -96,11 +125,7 @@ TEST(ProgramEnd, FailedDeploymentThenSecondStartReportAndEndWithAnErrorCode)
         << second.toStdString();
 }
 
-struct SignalCase
-{
-    int signal;
-    bool atMainWindow;
-};
+struct SignalCase { int signal; bool atMainWindow; };
 
 class ProgramSignal : public ::testing::TestWithParam<SignalCase>
 {
@@ -180,32 +205,22 @@ TEST_F(SignalEnd, SignalAtAModalCardCancelsItFirst)
     TMainFM &form = NewMain();
     form.show();
     Flush();
-    ModalDriver driver;
-    driver.Then([](QWidget *modal) {
-        EXPECT_EQ(modal->objectName(), "RequisitsFM");
-        ::raise(SIGINT);
-    });
-    form.actRequisits->Execute();
-    EXPECT_EQ(driver.Ran(), 1);
+    OnModal<TRequisitsFM>(form.actRequisits, {[](TRequisitsFM *) { ::raise(SIGINT); }});
     EXPECT_TRUE(Hidden(form));
-    EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
 }
 
 TEST_F(SignalEnd, LoginDialogStaysWithinTheScreenWhateverTheUserName)
 {
     const QString longName = QString(128, QChar(0x0416)); // "Ж" × 128
     Exec(QString("update USERS set USERNAME = '%1' where ID = 1").arg(longName));
-    ModalDriver driver;
-    driver.Then([&](QWidget *) {
+    OnModal<TLoginFM>([] { EXPECT_FALSE(LoginFM->Execute()); }, {[&](TLoginFM *) {
         const QRect area = LoginFM->screen()->availableGeometry();
         EXPECT_TRUE(area.contains(LoginFM->frameGeometry())) << LoginFM->width();
         for (QWidget *button : {static_cast<QWidget *>(LoginFM->AdvGlowButton1), static_cast<QWidget *>(LoginFM->AdvGlowButton2)})
             EXPECT_TRUE(area.contains(QRect(button->mapToGlobal(QPoint(0, 0)), button->size())));
         EXPECT_EQ(LoginFM->cxUserName->currentText(), longName);
         LoginFM->AdvGlowButton2->click();
-    });
-    EXPECT_FALSE(LoginFM->Execute());
-    EXPECT_EQ(driver.Ran(), 1);
+    }});
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The cash journal and its card, which keeps purpose, customer, object and sum in step and refuses
 // what it cannot store; the payroll journal and its card, which follows the debts list.
 
-#include "../orders/orders_fixture.h"
+#include "window_fixture.h"
 
 #include "cash_card.h"
 #include "date_edit.h"
@@ -14,14 +14,9 @@
 
 namespace {
 
-class CashJournals : public OrdersTest
+class CashJournals : public WindowTest
 {
 protected:
-    static QVariant Value(QWidget *card, const QString &field)
-    {
-        auto *editor = dynamic_cast<TValueEditor *>(Editor(card, field));
-        return editor ? editor->EditValue() : QVariant("<no editor>");
-    }
     // Clears the editor as a user would, then types.
     static void Retype(QWidget *editor, const QString &text)
     {

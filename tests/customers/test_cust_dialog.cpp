@@ -1,24 +1,24 @@
 // The picker of a customer: its OK state, the shop's own row, the chosen number and its filters.
 
-#include "customers_fixture.h"
+#include "window_fixture.h"
 
 #include "cust_dialog_fm.h"
 
 namespace {
 
-class CustDialogTest : public CustomersTest
+class CustDialogTest : public WindowTest
 {
 protected:
     void SetUp() override
     {
-        CustomersTest::SetUp();
+        WindowTest::SetUp();
         petrov = NewCustomer("Петров", "'8-900-111'", "'ул. Ленина 5'");
         NewCustomer("100% O'Brien_", "'555'", "'пр. Мира'");
     }
     int petrov = 0;
 };
 
-TEST_F(CustDialogTest, OkIsSetOnceOnShowByWhetherTheGridHasRows)
+TEST_F(CustDialogTest, OkIsSetOnShowByWhetherTheGridHasRowsADoubleClickChoosesAndEachFilterWrapsTheText)
 {
     TCustDialogFM dialog;
     dialog.show();
@@ -39,23 +39,17 @@ TEST_F(CustDialogTest, OkIsSetOnceOnShowByWhetherTheGridHasRows)
     EXPECT_FALSE(empty.actOK->isEnabled());
     empty.frmCust->actDblClick->Execute();
     EXPECT_EQ(empty.ModalResult(), mrNone) << "double click does nothing then";
-}
 
-TEST_F(CustDialogTest, DoubleClickChoosesTheCurrentRowCancelNothingAndEachFilterWrapsTheText)
-{
+    // A double click chooses the current row, Cancel nothing.
     for (const bool choose : {true, false}) {
         TCustDialogFM dialog;
-        ModalDriver driver;
-        driver.Then([&](QWidget *) {
+        OnModal<TCustDialogFM>([&] { EXPECT_EQ(dialog.Execute(), choose); }, {[&](TCustDialogFM *) {
             ASSERT_TRUE(dm->spCustDialog.Locate("ID", petrov));
             choose ? dialog.frmCust->GridViewDblClick(dialog.frmCust->GridView) : dialog.AdvGlowButton2->click();
-        });
-        EXPECT_EQ(dialog.Execute(), choose);
+        }});
         EXPECT_EQ(dialog.CustId, choose ? petrov : 0);
     }
-    // Each filter wraps the text; pattern signs and quotes break nothing.
-    TCustDialogFM dialog;
-    dialog.show();
+    // Each filter of the first dialog wraps the text; pattern signs and quotes break nothing.
     const QStringList mine{"Петров"}, other{"100% O'Brien_"};
     for (const auto &[edit, typed, found] :
          {std::tuple{dialog.edClientName, "ПЕТР", mine}, {dialog.edPhone, "900", mine}, {dialog.edAddress, "мира", other},

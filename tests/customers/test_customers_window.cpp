@@ -1,6 +1,6 @@
 // The customers' journal with its filters and delete, and the customer's card with its orders and payments.
 
-#include "customers_fixture.h"
+#include "window_fixture.h"
 
 #include "cust_card_fm.h"
 #include "cust_fm.h"
@@ -10,45 +10,39 @@
 
 namespace {
 
-class CustomersWindowTest : public CustomersTest
+class CustomersWindowTest : public WindowTest
 {
 protected:
     void SetUp() override
     {
-        CustomersTest::SetUp();
+        WindowTest::SetUp();
         decoy = NewCustomer("Сидоров", "'222-22-22'", "'пр. Мира 1'");
-        window = std::make_unique<TCustFM>();
-        window->show();
-    }
-    void TearDown() override
-    {
-        window.reset();
-        CustomersTest::TearDown();
+        customers = Show<TCustFM>();
     }
     // Types into one filter, the others cleared, and gives the names listed then.
     QStringList Filtered(TTextEdit *TCustFM::*edit, const QString &text)
     {
-        for (TTextEdit *each : {window->edClientName, window->edPhone, window->edAddress, window->edReg})
+        for (TTextEdit *each : {customers->edClientName, customers->edPhone, customers->edAddress, customers->edReg})
             each->clear();
-        TypeText(window.get()->*edit, text);
-        window->FilterChange(); // clearing by hand would arm it too
+        TypeText(customers->*edit, text);
+        customers->FilterChange(); // clearing by hand would arm it too
         Settle();
-        return Sorted(Column(window->frmCust, "CUSTNAME"));
+        return Sorted(Column(customers->frmCust, "CUSTNAME"));
     }
 
     int decoy = 0;
-    std::unique_ptr<TCustFM> window;
+    TCustFM *customers = nullptr;
 };
 
 TEST_F(CustomersWindowTest, ACustomerAddedThroughTheCardIsFoundByEachFilterAndANameStopsAtItsColumnsLength)
 {
-    OnCard(window->frmCust->actAdd, {[](TCustomDictFM *card) {
-               EXPECT_EQ(card->windowTitle(), "Новый клиент");
-               Type(card, "TCXCUSTNAME", "Петров Пётр");
-               Type(card, "TCXMOBI_PHONE", "8-900-111");
-               Type(card, "TCXADDRESS", "ул. Ленина 5");
-               card->AdvGlowButton1->click();
-           }});
+    OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
+        EXPECT_EQ(card->windowTitle(), "Новый клиент");
+        Type(card, "TCXCUSTNAME", "Петров Пётр");
+        Type(card, "TCXMOBI_PHONE", "8-900-111");
+        Type(card, "TCXADDRESS", "ул. Ленина 5");
+        card->AdvGlowButton1->click();
+    }});
     const int id = Scalar("select ID from CUST where MOBI_PHONE = '8-900-111' and ADDRESS = 'ул. Ленина 5'").toInt();
     ASSERT_GT(id, 1);
     NewOrder(id, NewVehicle("А123ВС"));
@@ -58,22 +52,20 @@ TEST_F(CustomersWindowTest, ACustomerAddedThroughTheCardIsFoundByEachFilterAndAN
     EXPECT_EQ(Filtered(&TCustFM::edPhone, "8-900-111"), mine);
     EXPECT_EQ(Filtered(&TCustFM::edAddress, "ленина"), mine);
     EXPECT_EQ(Filtered(&TCustFM::edReg, "123в"), mine);
-    window->edReg->clear();
-    for (const auto &[lookup, text] : {std::pair{window->lcbModel, "Passat"}, {window->lcbMark, "Volkswagen"}}) {
-        Pick(lookup, text);
-        Settle();
-        EXPECT_EQ(Column(window->frmCust, "CUSTNAME"), mine) << text;
-        lookup->setEditText("");
-        emit lookup->lineEdit()->editingFinished();
+    customers->edReg->clear();
+    for (const auto &[lookup, text] : {std::pair{customers->lcbModel, "Passat"}, {customers->lcbMark, "Volkswagen"}}) {
+        Filter(lookup, text);
+        EXPECT_EQ(Column(customers->frmCust, "CUSTNAME"), mine) << text;
+        Filter(lookup, "");
     }
     EXPECT_EQ(Filtered(&TCustFM::edClientName, ""), QStringList({"Петров Пётр", "Сидоров"})) << "the shop never shows";
 
     // A name stops at its column's length and is stored whole.
     const QString name = "Жуков '%_" + QString(120, QChar(u'Ж')); // 129 characters for a column of 128
-    OnCard(window->frmCust->actAdd, {[&](TCustomDictFM *card) {
-                                         Type(card, "TCXCUSTNAME", name);
-                                         card->AdvGlowButton1->click();
-                                     }});
+    OnCard(customers->frmCust->actAdd, {[&](TCustomDictFM *card) {
+        Type(card, "TCXCUSTNAME", name);
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(dialogs.Shown.size(), 0) << dialogs.Texts().join('\n').toStdString();
     EXPECT_EQ(RowsIn(*dm, "select CUSTNAME from CUST where ID > 1 order by ID"), QStringList({"Сидоров", "Петров Пётр", name.left(128)}));
 }
@@ -109,20 +101,16 @@ TEST_F(CustomersWindowTest, DeletingACustomerStillInUseIsRefusedWithTheDatabases
     NewOrder(ordered, NewVehicle("О001ОО"));
     Exec(QString("insert into PAY (PTYPE, PURPOSE, IDCUST, SUMM) values (1, 1, %1, 10)").arg(payer));
     Exec(QString("insert into STOREMAT (IDOTYPE, IDCUST) values (1, %1)").arg(supplier));
-    window->frmCust->actRefresh->Execute();
+    customers->frmCust->actRefresh->Execute();
     for (const auto &[id, text] : {std::pair{ordered, "Имеются заказы по данному клиенту. Удаление запрещено"},
                                    {payer, "Имеются платежи по данному клиенту. Удаление запрещено"},
                                    {supplier, "Имеются поставки по данному клиенту. Удаление запрещено"}}) {
         ASSERT_TRUE(dm->spCustOpen.Locate("ID", id));
-        dialogs.Clear();
-        window->frmCust->actDel->Execute();
-        ASSERT_EQ(dialogs.Shown.size(), 2);
-        EXPECT_EQ(dialogs.Shown[0].text, "Вы уверены, что хотите удалить выбранного клиента?");
-        EXPECT_EQ(dialogs.Shown[1].text.trimmed(), QString(text) + ".");
+        EXPECT_EQ(Delete(customers->frmCust), QStringList({"Вы уверены, что хотите удалить выбранного клиента?", QString(text) + "."}));
     }
     EXPECT_EQ(Count("CUST"), 5);
     ASSERT_TRUE(dm->spCustOpen.Locate("ID", decoy));
-    window->frmCust->actDel->Execute();
+    customers->frmCust->actDel->Execute();
     EXPECT_EQ(Count("CUST"), 4) << "one not in use goes";
 }
 
@@ -132,30 +120,28 @@ TEST_F(CustomersWindowTest, TheCardShowsTheCustomersOrdersAndPaymentsReadOnlyUnd
     const int order = NewOrder(mine, NewVehicle("А123ВС"));
     NewOrder(decoy, NewVehicle("В456ВВ"));
     Exec(QString("insert into PAY (PTYPE, PURPOSE, IDOBJECT, IDCUST, SUMM) values (1, 1, %1, %2, 100)").arg(order).arg(mine));
-    window->frmCust->actRefresh->Execute();
+    customers->frmCust->actRefresh->Execute();
     ASSERT_TRUE(dm->spCustOpen.Locate("ID", mine));
-    OnCard(window->frmCust->actEdit, {[&](TCustomDictFM *modal) {
-               auto *card = qobject_cast<TCustCardFM *>(modal);
-               ASSERT_NE(card, nullptr);
-               EXPECT_EQ(Column(card->frmOrders, "ID"), QStringList{QString::number(order)});
-               EXPECT_EQ(Column(card->frmPayments, "SUMM"), QStringList{"100"});
-               EXPECT_FALSE(card->frmPayments->GridView->FindColumnByFieldName("IDOBJ_LKP_OBJECT_F_OBJNAME")->Visible());
-               for (TGridFrame *frame : {card->frmOrders, card->frmPayments}) {
-                   for (TAction *action : {frame->actAdd, frame->actEdit, frame->actDel})
-                       EXPECT_FALSE(action->isEnabled() || action->isVisible());
-                   EXPECT_EQ(Untitled(frame), QStringList());
-               }
-               EXPECT_EQ(card->pcInfo->currentIndex() + card->pcReferences->currentIndex(), 0);
-               // Each field's box has the grid's title.
-               QMap<QString, QString> boxes;
-               for (QGroupBox *box : card->findChildren<QGroupBox *>())
-                   if (box->objectName() == box->objectName().toUpper())
-                       boxes[box->objectName()] = box->title();
-               EXPECT_EQ(boxes.size(), 24);
-               EXPECT_EQ(Untitled("CustFM.frmCust", boxes), QStringList());
-               card->AdvGlowButton2->click();
-           }});
-    EXPECT_EQ(Untitled(window->frmCust), QStringList());
+    OnModal<TCustCardFM>(customers->frmCust->actEdit, {[&](TCustCardFM *card) {
+        EXPECT_EQ(Column(card->frmOrders, "ID"), QStringList{QString::number(order)});
+        EXPECT_EQ(Column(card->frmPayments, "SUMM"), QStringList{"100"});
+        EXPECT_FALSE(card->frmPayments->GridView->FindColumnByFieldName("IDOBJ_LKP_OBJECT_F_OBJNAME")->Visible());
+        for (TGridFrame *frame : {card->frmOrders, card->frmPayments}) {
+            for (TAction *action : {frame->actAdd, frame->actEdit, frame->actDel})
+                EXPECT_FALSE(action->isEnabled() || action->isVisible());
+            EXPECT_EQ(Untitled(frame), QStringList());
+        }
+        EXPECT_EQ(card->pcInfo->currentIndex() + card->pcReferences->currentIndex(), 0);
+        // Each field's box has the grid's title.
+        QMap<QString, QString> boxes;
+        for (QGroupBox *box : card->findChildren<QGroupBox *>())
+            if (box->objectName() == box->objectName().toUpper())
+                boxes[box->objectName()] = box->title();
+        EXPECT_EQ(boxes.size(), 24);
+        EXPECT_EQ(Untitled("CustFM.frmCust", boxes), QStringList());
+        card->AdvGlowButton2->click();
+    }});
+    EXPECT_EQ(Untitled(customers->frmCust), QStringList());
 }
 
 } // namespace

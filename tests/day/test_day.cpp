@@ -22,11 +22,9 @@
 #include "store_card_fm.h"
 #include "store_fm.h"
 #include "test_database.h"
-#include "value_editor.h"
 
 #include <QCheckBox>
 #include <QDir>
-#include <QItemSelectionModel>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -37,22 +35,19 @@ struct W : AdminTest
 {
     using WindowTest::Column;
     using WindowTest::Editor;
-    using WindowTest::Line;
-    using WindowTest::OnCard;
     using WindowTest::Pick;
+    using WindowTest::RowOf;
+    using WindowTest::Select;
+    using WindowTest::SetCell;
     using WindowTest::Settle;
     using WindowTest::Type;
     using WindowTest::TypeAndLeave;
-    using AdminTest::RowOf;
+    using WindowTest::Value;
     using AdminTest::SetRight;
 };
 
-struct Ware
-{
-    QString name;
-    double cost;
-    int delivered, used; // into the store, into the order
-};
+// A material with its cost, how many come into the store and how many go into the order.
+struct Ware { QString name; double cost; int delivered, used; };
 const Ware Wares[] = {{"Масло 5W30", 900, 10, 4}, {"Фильтр масляный", 300, 5, 2}, {"Свеча зажигания", 250, 8, 0}};
 const QList<QPair<QString, double>> Services = {{"Замена масла", 1000}, {"Диагностика", 500}};
 const QString Master = "Кузнецов А.";
@@ -76,7 +71,6 @@ protected:
             Exec(QString("insert into SERV (SERVNAME, COST, HOURS) values ('%1', %2, 1)").arg(name).arg(cost));
         Exec(QString("insert into EMPLS (EMPLNAME, PERCSERV) values ('%1', %2)").arg(Master).arg(MasterPercent));
     }
-    QVariant Scalar(const QString &sql) { return ScalarIn(*dm, sql); }
     int Id(const QString &table, const QString &column, const QString &name)
     {
         return Scalar(QString("select ID from %1 where %2 = '%3'").arg(table, column, name)).toInt();
@@ -84,10 +78,8 @@ protected:
     // Logs in through the kept dialog and shows a main window.
     TMainFM &Start(int user)
     {
-        ModalDriver driver;
-        driver.Then(Login(user));
-        EXPECT_TRUE(LoginFM->Execute()) << dialogs.Texts().join('\n').toStdString() << " "
-                                        << driver.Failures.join('\n').toStdString() << " steps run: " << driver.Ran();
+        OnModal<TLoginFM>([this] { EXPECT_TRUE(LoginFM->Execute()) << dialogs.Texts().join('\n').toStdString(); },
+                          {[user](TLoginFM *login) { Login(user)(login); }});
         TMainFM &main = NewMain();
         main.show();
         return main;
@@ -108,34 +100,6 @@ protected:
         EXPECT_NE(window, nullptr) << action->text().toStdString();
         return window;
     }
-    // Runs `open`; `step` acts on the modal window of class M that it shows.
-    template <class M>
-    static void Modal(const std::function<void()> &open, const std::function<void(M *)> &step)
-    {
-        ModalDriver driver;
-        driver.Then([&](QWidget *modal) {
-            auto *window = qobject_cast<M *>(modal);
-            ASSERT_NE(window, nullptr) << modal->objectName().toStdString();
-            step(window);
-        });
-        open();
-        EXPECT_EQ(driver.Ran(), 1);
-        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
-    }
-    static void SetCell(TGridFrame *frame, int row, const QString &field, const QVariant &value)
-    {
-        TDBGridView *view = frame->GridView;
-        const QModelIndex index = view->model()->index(row, view->IndexOf(view->FindColumnByFieldName(field)));
-        ASSERT_TRUE(view->model()->flags(index) & Qt::ItemIsEditable) << field.toStdString();
-        view->model()->setData(index, value, Qt::EditRole);
-        QTest::qWait(30);
-    }
-    // The shown row of `frame` whose `field` holds `value`.
-    static int RowOf(TGridFrame *frame, const QString &field, const QVariant &value)
-    {
-        return int(W::Column(frame, field).indexOf(value.toString()));
-    }
-    static QList<TGridFrame *> Frames(QWidget *window) { return window->findChildren<TGridFrame *>(); }
     double Debt(int employee)
     {
         return Scalar(QString("select SUMM from spSalaryMain(cast('today' as date) - 30, cast('today' as date)) "
@@ -147,11 +111,6 @@ protected:
         return Scalar(QString("select IDSTATUS || ':' || coalesce(PAYSTATE, 0) || ':' || cast(SUMORDER as integer) || ':' "
                               "|| coalesce(cast(SUMPAY as integer), 0) from ORDERS where ID = %1").arg(order)).toString();
     }
-    static QVariant Value(QWidget *card, const QString &field)
-    {
-        auto *editor = dynamic_cast<TValueEditor *>(W::Editor(card, field));
-        return editor ? editor->EditValue() : QVariant("<no editor>");
-    }
     // What the store should hold: the delivery, less what the order took when `sold`.
     static QStringList Expected(bool sold)
     {
@@ -160,13 +119,7 @@ protected:
             stock << QString::number(w.delivered - (sold ? w.used : 0));
         return stock;
     }
-    QStringList Stock()
-    {
-        QStringList stock;
-        for (const Ware &w : Wares)
-            stock << Scalar(QString("select QUANTITY from MAT where MATNAME = '%1'").arg(w.name)).toString();
-        return stock;
-    }
+    QStringList Stock() { return RowsIn(*dm, "select QUANTITY from MAT order by ID"); }
 };
 
 TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
@@ -180,85 +133,83 @@ TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
         ASSERT_GE(row, 0) << key.toStdString();
         W::SetRight(users->frmRolesActions, row, 4);
     }
-    ModalDriver change;
-    change.Then(Login(2));
-    main->actChangeUser->Execute();
+    OnModal<TLoginFM>(main->actChangeUser, {[](TLoginFM *login) { Login(2)(login); }});
     ASSERT_TRUE(main->windowTitle().startsWith("Автосервис [Оператор](Роль: Оператор)")) << main->windowTitle().toStdString();
     users->close();
 
     auto *customers = Open<TCustFM>(main->actShowCustomers);
-    W::OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
-                  W::Type(card, "TCXCUSTNAME", Customer);
-                  W::Type(card, "TCXMOBI_PHONE", "8-900-111");
-                  card->AdvGlowButton1->click();
-              }});
+    OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
+        W::Type(card, "TCXCUSTNAME", Customer);
+        W::Type(card, "TCXMOBI_PHONE", "8-900-111");
+        card->AdvGlowButton1->click();
+    }});
     const int customer = Id("CUST", "CUSTNAME", Customer);
     ASSERT_GT(customer, 1);
     auto *autos = Open<TAutoFM>(main->actShowAuto);
-    W::OnCard(autos->frmAuto->actAdd, {[](TCustomDictFM *card) {
-                  W::Type(card, "REG_TCX", Plate);
-                  W::Pick(card->findChild<QWidget *>("IDMARK_LKP_MARK_F_MARKNAME_TCX"), "Skoda");
-                  W::Pick(card->findChild<QWidget *>("IDMODEL_LKP_MODEL_F_MODNAME_TCX"), "Fabia");
-                  card->AdvGlowButton1->click();
-              }});
+    OnCard(autos->frmAuto->actAdd, {[](TCustomDictFM *card) {
+        W::Type(card, "REG_TCX", Plate);
+        W::Pick(card->findChild<QWidget *>("IDMARK_LKP_MARK_F_MARKNAME_TCX"), "Skoda");
+        W::Pick(card->findChild<QWidget *>("IDMODEL_LKP_MODEL_F_MODNAME_TCX"), "Fabia");
+        card->AdvGlowButton1->click();
+    }});
     const int vehicle = Id("AUTO", "REG", Plate);
     ASSERT_GT(vehicle, 0);
 
     // The morning's delivery.
     auto *store = Open<TStoreFM>(main->actShowStore);
-    Modal<TStoreCardFM>([&] { store->frmStore->actAdd->Execute(); }, [&](TStoreCardFM *card) {
+    OnModal<TStoreCardFM>(store->frmStore->actAdd, {[&](TStoreCardFM *card) {
         W::Pick(W::Editor(card, "IDOTYPE_LKP_OTYPE_F_OTYPENAME"), "Приход");
         for (const Ware &w : Wares) {
-            Modal<TMaterialsDialogFM>([card] { card->frmMaterials->ToolButton2->click(); }, [&](TMaterialsDialogFM *d) {
+            OnModal<TMaterialsDialogFM>([card] { card->frmMaterials->ToolButton2->click(); }, {[&](TMaterialsDialogFM *d) {
                 ASSERT_TRUE(d->frmMaterials->DS->DataSet()->Locate("ID", Id("MAT", "MATNAME", w.name)));
                 d->AdvGlowButton1->click();
-            });
-            const int row = RowOf(card->frmMaterials, "SYS_IDMAT", Id("MAT", "MATNAME", w.name));
-            SetCell(card->frmMaterials, row, "QUANTITY", w.delivered);
-            SetCell(card->frmMaterials, row, "PRICEBUY", w.cost / 2);
+            }});
+            const int row = W::RowOf(card->frmMaterials, {{"SYS_IDMAT", Id("MAT", "MATNAME", w.name)}});
+            W::SetCell(card->frmMaterials, row, "QUANTITY", w.delivered);
+            W::SetCell(card->frmMaterials, row, "PRICEBUY", w.cost / 2);
             EXPECT_TRUE(card->PostLines());
         }
         card->AdvGlowButton1->click();
-    });
+    }});
     EXPECT_EQ(Stock(), Expected(false));
     EXPECT_EQ(W::Column(store->frmStore, "ID").size(), 3);
 
     // The customer's order: two services, two materials, a discount on the services and their master.
     auto *orders = Open<TOrderFM>(main->actShowOrder);
     int order = 0;
-    Modal<TOrdersCardFM>([&] { orders->frmOrders->actAdd->Execute(); }, [&](TOrdersCardFM *card) {
+    OnModal<TOrdersCardFM>(orders->frmOrders->actAdd, {[&](TOrdersCardFM *card) {
         order = card->OrderId().toInt();
-        Modal<TCustDialogFM>([card] { dynamic_cast<TDBButtonEdit *>(W::Editor(card, "DLG_IDCUST"))->ClickButton(0); },
-                             [&](TCustDialogFM *d) {
-                                 ASSERT_TRUE(d->frmCust->DS->DataSet()->Locate("ID", customer));
-                                 d->AdvGlowButton1->click();
-                             });
+        OnModal<TCustDialogFM>([card] { dynamic_cast<TDBButtonEdit *>(W::Editor(card, "DLG_IDCUST"))->ClickButton(0); },
+                                  {[&](TCustDialogFM *d) {
+                                      ASSERT_TRUE(d->frmCust->DS->DataSet()->Locate("ID", customer));
+                                      d->AdvGlowButton1->click();
+                                  }});
         W::TypeAndLeave(W::Editor(card, "REG"), Plate);
         W::Pick(W::Editor(card, "MARK_LKP_MARK_F_MARKNAME"), "Skoda");
         W::Pick(W::Editor(card, "MODEL_LKP_MODEL_F_MODNAME"), "Fabia");
         for (const auto &service : Services)
-            Modal<TOrdServCardFM>([card] { card->frmOrdServ->ToolButton2->click(); }, [&](TOrdServCardFM *c) {
+            OnModal<TOrdServCardFM>([card] { card->frmOrdServ->ToolButton2->click(); }, {[&](TOrdServCardFM *c) {
                 ASSERT_TRUE(c->frmServices->DS->DataSet()->Locate("ID", Id("SERV", "SERVNAME", service.first)));
                 c->AdvGlowButton1->click();
-            });
-        Modal<TOrdMatCardFM>([card] { card->frmOrdMat->ToolButton2->click(); }, [&](TOrdMatCardFM *c) {
-            TDBGridView *view = c->frmMaterials->GridView;
+            }});
+        OnModal<TOrdMatCardFM>([card] { card->frmOrdMat->ToolButton2->click(); }, {[&](TOrdMatCardFM *c) {
+            QList<int> rows;
             for (const Ware &w : Wares)
                 if (w.used)
-                    view->selectionModel()->select(view->model()->index(RowOf(c->frmMaterials, "MATNAME", w.name), 0),
-                                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                    rows << W::RowOf(c->frmMaterials, {{"MATNAME", w.name}});
+            W::Select(c->frmMaterials, rows);
             c->AdvGlowButton3->click();
-        });
+        }});
         for (const Ware &w : Wares)
             if (w.used)
-                SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, "IDMAT_LKP_MAT_F_MATNAME", Id("MAT", "MATNAME", w.name)),
+                W::SetCell(card->frmOrdMat, W::RowOf(card->frmOrdMat, {{"IDMAT_LKP_MAT_F_MATNAME", Id("MAT", "MATNAME", w.name)}}),
                         "OCNT", w.used);
         W::Pick(card->lcbMaster, Master);
         card->btnMaster->click();
         W::TypeAndLeave(W::Editor(card, "DISCOUNT"), QString::number(Discount));
         card->btnDiscount->click();
         card->AdvGlowButton1->click();
-    });
+    }});
     EXPECT_EQ(dialogs.Texts(), QStringList({TOrdersCardFM::MasterQuestion, TOrdersCardFM::DiscountQuestion}));
     dialogs.Clear();
     double services = 0, sum = 0;
@@ -275,11 +226,11 @@ TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
     // All five documents of the order.
     const QString num = Scalar(QString("select NUM from ORDERS where ID = %1").arg(order)).toString();
     ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", order));
-    Modal<TSelectPrintDocFM>([&] { orders->actPrint->Execute(); }, [](TSelectPrintDocFM *d) {
+    OnModal<TSelectPrintDocFM>(orders->actPrint, {[](TSelectPrintDocFM *d) {
         for (QCheckBox *box : {d->cxCheckBox2, d->cxCheckBox3, d->cxCheckBox4, d->cxCheckBox5})
             box->setChecked(true);
         d->AdvGlowButton1->click();
-    });
+    }});
     QStringList documents;
     for (const char *kind : {"zakaz", "zakaz-nar", "schet", "schet-fact", "act"})
         documents << dm->DocFolder + kind + num + ".rtf";
@@ -289,43 +240,38 @@ TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
     auto *cash = Open<TPaymentFM>(main->actShowPayment);
     double paid = 0;
     for (const double part : {sum / 3, sum - sum / 3}) {
-        W::OnCard(cash->frmPayments->actAdd, {[&](TCustomDictFM *card) {
-                      W::Pick(W::Editor(card, TPaymentCardFM::CustomerField), Customer);
-                      EXPECT_EQ(Value(card, TPaymentCardFM::ObjectField).toInt(), order);
-                      EXPECT_DOUBLE_EQ(Value(card, "SUMM").toDouble(), sum - paid) << "what is left to pay";
-                      W::TypeAndLeave(W::Editor(card, "SUMM"), QString::number(part));
-                      card->AdvGlowButton1->click();
-                  }});
+        OnCard(cash->frmPayments->actAdd, {[&](TCustomDictFM *card) {
+            W::Pick(W::Editor(card, TPaymentCardFM::CustomerField), Customer);
+            EXPECT_EQ(W::Value(card, TPaymentCardFM::ObjectField).toInt(), order);
+            EXPECT_DOUBLE_EQ(W::Value(card, "SUMM").toDouble(), sum - paid) << "what is left to pay";
+            W::TypeAndLeave(W::Editor(card, "SUMM"), QString::number(part));
+            card->AdvGlowButton1->click();
+        }});
         paid += part;
         EXPECT_EQ(OrderState(order), QString("1:%1:%2:%3").arg(paid < sum ? 2 : 3).arg(sum).arg(paid));
     }
     EXPECT_EQ(W::Column(cash->frmPayments, "SUMM").size(), 2);
     ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", order));
-    Modal<TOrdersCardFM>([&] { orders->frmOrders->actEdit->Execute(); }, [](TOrdersCardFM *card) {
+    OnModal<TOrdersCardFM>(orders->frmOrders->actEdit, {[](TOrdersCardFM *card) {
         W::Pick(W::Editor(card, "IDSTATUS_LKP_OSTATE_F_STATENAME"), "Закрыт");
         card->AdvGlowButton1->click();
-    });
+    }});
     EXPECT_EQ(OrderState(order), QString("6:3:%1:%1").arg(sum));
 
     // The master's pay for the day, as the debts list of the payroll card offers it.
     const int master = Id("EMPLS", "EMPLNAME", Master);
     EXPECT_DOUBLE_EQ(Debt(master), services * MasterPercent / 100);
     auto *payroll = Open<TSalaryFM>(main->actShowSalary);
-    W::OnCard(payroll->frmSalary->actAdd, {[&](TCustomDictFM *card) {
-                  auto *payout = qobject_cast<TSalaryCardFM *>(card);
-                  payout->frmEmpl->GridView->SetFocusedRowIndex(RowOf(payout->frmEmpl, TSalaryCardFM::EmployeeField, master));
-                  card->AdvGlowButton1->click();
-              }});
+    OnModal<TSalaryCardFM>(payroll->frmSalary->actAdd, {[&](TSalaryCardFM *payout) {
+        payout->frmEmpl->GridView->SetFocusedRowIndex(W::RowOf(payout->frmEmpl, {{TSalaryCardFM::EmployeeField, master}}));
+        payout->AdvGlowButton1->click();
+    }});
     EXPECT_DOUBLE_EQ(Debt(master), 0);
 
     // The three reports of the day, each exported to a workbook that the shell opens.
-    const struct
-    {
-        TAction *action;
-        QString field, expected;
-    } reports[] = {{main->actOtchetVipZakaz, "NUM", num},
-                   {main->actOtchetUslug, "SERVNAME", Services[0].first},
-                   {main->actOtchetMaterial, "MATNAME", Wares[0].name}};
+    const struct { TAction *action; QString field, expected; } reports[] = {
+        {main->actOtchetVipZakaz, "NUM", num}, {main->actOtchetUslug, "SERVNAME", Services[0].first},
+        {main->actOtchetMaterial, "MATNAME", Wares[0].name}};
     for (const auto &r : reports) {
         auto *report = Open<TfmReport>(r.action);
         TFIBDataSet &ds = report->DataSet();
@@ -346,7 +292,7 @@ TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
     delete LoginFM;
     dm.reset();
 
-    // The next start on the same folder.
+    // The next start on the same folder: the stock, the order closed and paid, its documents and the backup.
     dm = std::make_unique<TDataDM>(nullptr, QStringList{"kelvarion"});
     LoginFM = new TLoginFM();
     // The operator is still the session's user: the login itself is the login window's own tests' matter.
@@ -355,16 +301,11 @@ TEST_F(ShopDay, AWorkingDayThroughTheWindowsIsThereAtTheNextStart)
     main->show();
     EXPECT_EQ(Stock(), Expected(true));
     orders = Open<TOrderFM>(main->actShowOrder);
-    const int row = RowOf(orders->frmOrders, "ID", order);
+    const int row = W::RowOf(orders->frmOrders, {{"ID", order}});
     ASSERT_GE(row, 0);
     EXPECT_EQ(W::Column(orders->frmOrders, "IDSTATUS_LKP_OSTATE_F_STATENAME")[row], "6");
     EXPECT_EQ(W::Column(orders->frmOrders, "PSTATUS_LKP_PAYSTATE_F_STATUS")[row], "3");
     EXPECT_EQ(W::Column(orders->frmOrders, "SUMPAY")[row], "0") << "nothing left to pay";
-    const auto sold = std::count_if(std::begin(Wares), std::end(Wares), [](const Ware &w) { return w.used > 0; });
-    EXPECT_EQ(W::Column(Open<TStoreFM>(main->actShowStore)->frmStore, "ID").size(), std::size(Wares) + sold)
-        << "the delivery's lines and the order's";
-    EXPECT_DOUBLE_EQ(Debt(master), 0);
-    EXPECT_EQ(W::Column(Open<TPaymentFM>(main->actShowPayment)->frmPayments, "SUMM").size(), 2);
     for (const QString &document : documents)
         EXPECT_TRUE(QFile::exists(document)) << document.toStdString();
     EXPECT_EQ(QDir(dataHome + "/Kelvarion/backup").entryList({"*.fbk"}).size(), 1);
@@ -375,17 +316,13 @@ TEST_F(ShopDay, RolesThatMayOnlyViewOrChangeCannotAddOrDeleteInAnyWindow)
 {
     Exec("insert into CUST (CUSTNAME) values ('Сидоров')");
     Exec("insert into ORDERS (IDCUST, IDSTATUS, CREATE_DATE) select max(ID), 1, cast('today' as date) from CUST");
-    const struct
-    {
-        int user;
-        bool edits;
-    } roles[] = {{3, false}, {2, true}};
+    const struct { int user; bool edits; } roles[] = {{3, false}, {2, true}};
     QSet<QString> seen;
     for (const auto &role : roles) {
         Start(role.user);
         for (TAction *action : ChildActions()) {
             QWidget *window = Open(action);
-            for (TGridFrame *frame : Frames(window)) {
+            for (TGridFrame *frame : window->findChildren<TGridFrame *>()) {
                 seen << frame->RightsKey();
                 const std::string key = frame->RightsKey().toStdString();
                 EXPECT_FALSE(frame->actAdd->isEnabled() || frame->actDel->isEnabled()) << role.user << " " << key;
@@ -420,7 +357,7 @@ TEST_F(ShopDay, HurriedInputBreaksNothingAndLosesNothingEntered)
             if (line->isVisible() && line->text().isEmpty())
                 QTest::keyClick(line, Qt::Key_Return);
         W::Settle();
-        for (TGridFrame *frame : Frames(window)) {
+        for (TGridFrame *frame : window->findChildren<TGridFrame *>()) {
             const std::string key = frame->RightsKey().toStdString();
             const int rows = frame->GridView->RowCount();
             ModalDriver nothing(300);
@@ -455,19 +392,19 @@ TEST_F(ShopDay, HurriedInputBreaksNothingAndLosesNothingEntered)
     // Typed, then Escape: the card asks, and a new row whose card was not confirmed goes all the same.
     auto *customers = Open<TCustFM>(main.actShowCustomers);
     const int customerRows = customers->frmCust->GridView->RowCount();
-    W::OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
-                  W::Type(card, "TCXCUSTNAME", "Быстров");
-                  QTest::keyClick(card, Qt::Key_Escape);
-              }});
+    OnCard(customers->frmCust->actAdd, {[](TCustomDictFM *card) {
+        W::Type(card, "TCXCUSTNAME", "Быстров");
+        QTest::keyClick(card, Qt::Key_Escape);
+    }});
     EXPECT_EQ(dialogs.Texts(), QStringList{TCustomDictFM::SaveQuestion});
     EXPECT_FALSE(W::Column(customers->frmCust, "CUSTNAME").contains("Быстров"));
 
     // The journal closed behind its card: the card still saves, and nothing breaks.
-    W::OnCard(customers->frmCust->actAdd, {[&](TCustomDictFM *card) {
-                  W::Type(card, "TCXCUSTNAME", "Торопыгин");
-                  customers->close();
-                  card->AdvGlowButton1->click();
-              }});
+    OnCard(customers->frmCust->actAdd, {[&](TCustomDictFM *card) {
+        W::Type(card, "TCXCUSTNAME", "Торопыгин");
+        customers->close();
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_TRUE(customers->isVisible()) << "the journal stays while its card is open";
     AppWindowsTest::Flush();
     EXPECT_GT(Id("CUST", "CUSTNAME", "Торопыгин"), 1);

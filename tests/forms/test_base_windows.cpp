@@ -27,13 +27,9 @@ TEST(BaseWindows, ExecuteIsTrueForOkOnlyAndClosingAChildFreesIt)
 {
     TfmDialog dialog;
     ModalDriver driver;
-    const struct
-    {
-        std::function<void()> close;
-        bool result;
-    } table[] = {{[&] { dialog.AdvGlowButton1->click(); }, true},
-                 {[&] { dialog.close(); }, false},
-                 {[&] { QTest::keyClick(&dialog, Qt::Key_Escape); }, false}};
+    const struct { std::function<void()> close; bool result; } table[] = {
+        {[&] { dialog.AdvGlowButton1->click(); }, true}, {[&] { dialog.close(); }, false},
+        {[&] { QTest::keyClick(&dialog, Qt::Key_Escape); }, false}};
     for (const auto &row : table) {
         driver.Then([&](QWidget *modal) {
             EXPECT_EQ(modal, &dialog);

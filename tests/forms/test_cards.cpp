@@ -16,13 +16,7 @@ protected:
     // Shows the card modally, runs `check` on it and cancels it.
     static void ShowAndCancel(TCustomDictFM *card, const std::function<void()> &check = [] {})
     {
-        ModalDriver driver;
-        driver.Then([&](QWidget *) {
-            check();
-            card->AdvGlowButton2->click();
-        });
-        card->ShowModal();
-        EXPECT_EQ(driver.Ran(), 1);
+        OnCard([card] { card->ShowModal(); }, {[&](TCustomDictFM *) { check(), card->AdvGlowButton2->click(); }});
     }
     static QString Label(QWidget *card, const QString &name) { return card->findChild<QLabel *>(name)->text(); }
 };
@@ -111,31 +105,20 @@ TEST_F(CardTest, CancelAsksToSaveOnlyAfterTypingAndACardOfADataSourceClosesAfter
     dm->spRolesOpen.Cancel();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
     TDictFM source(&dm->dsRolesOpen, "spRolesEdit");
-    ModalDriver driver;
-    driver.Then([&](QWidget *) {
+    OnCard([&] { EXPECT_TRUE(source.Execute()); }, {[&](TCustomDictFM *) {
         TypeText(Child(&source, "ROLENAME_TCX"), "Администратор");
         source.AdvGlowButton1->click();
-    });
-    EXPECT_TRUE(source.Execute());
+    }});
     EXPECT_TRUE(source.ErrorText.isEmpty());
     ASSERT_EQ(dialogs.Shown.size(), 3);
     EXPECT_TRUE(dialogs.Shown[2].text.contains("Роль с таким названием уже существует"));
 }
 
 // The hand-laid card over the roles grid.
-class ComplexCardTest : public CardTest
+TEST_F(CardTest, HandLaidEditorsAreMadeOnceInTheBoxesEnterEndsInOkAndAFieldWithoutABoxIsStillSaved)
 {
-protected:
-    void SetUp() override
-    {
-        CardTest::SetUp();
-        MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
-        ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
-    }
-};
-
-TEST_F(ComplexCardTest, EditorsAreMadeOnceInTheBoxesAndEnterEndsInOk)
-{
+    MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
+    ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
     TRolesTestCardFM card(frame->GridView, "frmRoles");
     for (int show = 0; show < 2; ++show) {
         ShowAndCancel(&card, [&] {
@@ -172,23 +155,19 @@ TEST_F(ComplexCardTest, EditorsAreMadeOnceInTheBoxesAndEnterEndsInOk)
     EXPECT_EQ(focusAfterFirstEnter, memo);
     EXPECT_EQ(driver.Remaining(), 1);
     EXPECT_TRUE(Scalar("select COMMENT from ROLES where ID = 2").toString().startsWith("Смена"));
-}
 
-TEST_F(ComplexCardTest, FieldWithoutABoxIsStillSaved)
-{
-    TRolesTestCardFM card(frame->GridView, "frmRoles");
-    delete card.ui.comment;
-    card.ui.comment = nullptr;
+    // A field without a box is still saved.
+    TRolesTestCardFM boxless(frame->GridView, "frmRoles");
+    delete boxless.ui.comment;
+    boxless.ui.comment = nullptr;
     Exec("update ROLES set COMMENT = 'Хранится' where ID = 2");
     frame->actRefresh->Execute();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
-    ModalDriver driver;
-    driver.Then([&](QWidget *) {
-        EXPECT_EQ(Child(&card, "TCXCOMMENT"), nullptr);
-        TypeText(Child(&card, "TCXROLENAME"), "Кассир");
-        card.AdvGlowButton1->click();
-    });
-    EXPECT_EQ(card.ShowModal(), mrOk);
+    OnCard([&] { EXPECT_EQ(boxless.ShowModal(), mrOk); }, {[&](TCustomDictFM *) {
+        EXPECT_EQ(Child(&boxless, "TCXCOMMENT"), nullptr);
+        TypeText(Child(&boxless, "TCXROLENAME"), "Кассир");
+        boxless.AdvGlowButton1->click();
+    }});
     EXPECT_EQ(RowsIn(*dm, "select ROLENAME, COMMENT from ROLES where ID = 2"), QStringList{"Кассир|Хранится"});
     // Without a grid there is nothing to show.
     TComplexFM lone("LoneFM", nullptr, "x", "spRolesEdit");

@@ -13,13 +13,7 @@ namespace {
 // Kinds: L lookup, B button, D date, C check box, M money, P plain.
 TEST(FieldNameGrammar, NameMakesTheColumnOfTheTable)
 {
-    const struct
-    {
-        const char *name;
-        bool isFloat;
-        const char *column;
-    } cases[] = {
-        {"IDCMAT_LKP_CMAT_F_CMATNAME", false, "L IDCMAT shown 150 0 CMAT CMATNAME"},
+    const struct { const char *name; bool isFloat; const char *column; } cases[] = {
         {"ID_ROLE_LKP_ROLES_F_ROLENAME", false, "L ID_ROLE shown 150 0 ROLES ROLENAME"},
         {"YEAR_LKP_AYEAR_F_AYEARNAME", false, "L YEAR shown 150 0 AYEAR AYEARNAME"},
         {"ID", false, "P ID hidden 150 0 - -"},
@@ -90,12 +84,7 @@ protected:
 TEST_F(CardGrammar, EachCardPicksItsEditorEnablesAndNamesItAndWritesItsSettingsIntoTheColumn)
 {
     using E = TCardEditor;
-    const struct
-    {
-        const char *name;
-        bool isFloat;
-        TCardEditor generated, handLaid;
-    } table[] = {
+    const struct { const char *name; bool isFloat; TCardEditor generated, handLaid; } table[] = {
         {"ID_ROLE_LKP_ROLES_F_ROLENAME", false, E::Lookup, E::Lookup}, {"SUMM", true, E::Currency, E::Currency},
         {"PAY_DATE", false, E::Date, E::DateTime},                     {"DLG_IDCUST", false, E::Text, E::Button},
         {"PAID_BIT", false, E::Text, E::Text},                         {"COMMENT", false, E::Text, E::Memo},

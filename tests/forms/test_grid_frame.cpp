@@ -1,5 +1,5 @@
-// The grid frame over real procedure families: columns, add with its empty row, edit, delete, the
-// refresh and its failures.
+// The grid frame over real procedure families: columns and their titles from the ini file beside the
+// executable, add with its empty row, edit, delete, the refresh and its failures.
 
 #include "frame_fixture.h"
 #include "type_text.h"
@@ -13,12 +13,7 @@ namespace {
 
 using GridFrameTest = FrameTest;
 
-TDictFM *Card(QWidget *modal)
-{
-    return qobject_cast<TDictFM *>(modal);
-}
-
-TEST_F(GridFrameTest, RefreshBuildsColumnsFromTheFieldNamesOnce)
+TEST_F(GridFrameTest, RefreshBuildsColumnsFromTheFieldNamesOnceTitledFromTheSectionOfTheOwnerFormAndFrame)
 {
     // Without the captions file beside the executable the titles are the field names.
     const QFileInfo executable(QCoreApplication::applicationFilePath());
@@ -40,6 +35,22 @@ TEST_F(GridFrameTest, RefreshBuildsColumnsFromTheFieldNamesOnce)
     EXPECT_EQ(QString("%1 %2 ").arg(view->ColumnCount()).arg(view->FindColumnByFieldName("USERNAME")->Width())
                   + view->FindColumnByFieldName("USERNAME")->Caption(), "7 321 Имя");
     EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
+
+    // Written captions read back the same.
+    frame->WriteColumnCaption(nullptr);
+    EXPECT_EQ(TCaptionsFile().Read("TestUsersFM.frmUser", "USERNAME", QString()), "Имя");
+    QFile::remove(TCaptionsFile::FileName());
+
+    // With the captions file, the titles of the owner form's section and the frame's.
+    CaptionsFileGuard ini("[CaptionFM.frmUsers]\nUSERNAME=Пользователь\nID_ROLE_LKP_ROLES_F_ROLENAME=Роль\nID=Код\n"
+                          "[OtherFM.frmUsers]\nUSER_FULL_NAME=Чужое\n[OwnerFM.frmUsers]\nUSERNAME=Логин\n");
+    MakeFrame("CaptionFM", "frmUsers", &dm->spUsersOpen, "spUsers")->actRefresh->Execute();
+    EXPECT_EQ(Columns(true), QStringList({"Код", "Пользователь", "PASSWORD", "Роль", "USER_FULL_NAME", "SYS_CREATE_DATE", "STATE"}));
+    QWidget owner;
+    owner.setObjectName("OwnerFM");
+    frame->SetOwnerForm(&owner);
+    frame->actRefresh->Execute();
+    EXPECT_EQ(frame->GridView->FindColumnByFieldName("USERNAME")->Caption(), "Логин");
 }
 
 TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeleted)
@@ -53,32 +64,23 @@ TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeleted)
     const int rows = frame->GridView->RowCount();
 
     // Cancel: the empty row made for the card goes again.
-    QString caption;
-    int idUnderCursor = 0, rowsWhileOpen = 0;
-    ModalDriver driver;
-    driver.Then([&](QWidget *modal) {
-        caption = modal->windowTitle();
-        idUnderCursor = dm->spDiscountsOpen.FieldByName("ID")->AsInteger();
-        rowsWhileOpen = Count("DISCOUNTS");
-        Card(modal)->AdvGlowButton2->click();
-    });
-    frame->actAdd->Execute();
-    EXPECT_EQ(caption, "Новая запись");
-    EXPECT_EQ(QList<int>({rowsWhileOpen, idUnderCursor, Count("DISCOUNTS"), frame->GridView->RowCount()}),
-              QList<int>({before + 1, frame->NewRowId, before, rows}));
+    OnModal<TDictFM>(frame->actAdd, {[&](TDictFM *card) {
+        EXPECT_EQ(card->windowTitle(), "Новая запись");
+        EXPECT_EQ(QList<int>({Count("DISCOUNTS"), dm->spDiscountsOpen.FieldByName("ID")->AsInteger()}),
+                  QList<int>({before + 1, frame->NewRowId}));
+        card->AdvGlowButton2->click();
+    }});
+    EXPECT_EQ(QList<int>({Count("DISCOUNTS"), frame->GridView->RowCount()}), QList<int>({before, rows}));
     EXPECT_EQ(frame->CardForm, nullptr);
 
     // OK: what was typed goes through the edit procedure.
-    driver.Then([&](QWidget *modal) {
-        TypeText(Child(modal, "DFROM_TCX"), "100");
-        TypeText(Child(modal, "DTO_TCX"), "200");
-        TypeText(Child(modal, "DVALUE_TCX"), "7");
+    OnModal<TDictFM>(frame->actAdd, {[&](TDictFM *card) {
+        TypeText(Child(card, "DFROM_TCX"), "100");
+        TypeText(Child(card, "DTO_TCX"), "200");
+        TypeText(Child(card, "DVALUE_TCX"), "7");
         EXPECT_EQ(dm->spDiscountsOpen.State(), dsEdit);
-        Card(modal)->AdvGlowButton1->click();
-    });
-    frame->actAdd->Execute();
-    EXPECT_EQ(driver.Ran(), 2);
-    EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(RowsIn(*dm, QString("select DFROM, DTO, DVALUE from DISCOUNTS where ID = %1").arg(frame->NewRowId)),
               QStringList{"100|200|7"});
     EXPECT_EQ(dm->spDiscountsOpen.FieldByName("ID")->AsInteger(), frame->NewRowId);
@@ -86,13 +88,11 @@ TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeleted)
     // A blank prompt asks the default one; the frame's own is asked as set.
     frame->DelPrompt = "   ";
     dialogs.Answer(Dialogs::ResultCancel);
-    frame->actDel->Execute();
-    EXPECT_EQ(dialogs.Shown.last().text, TGridFrame::DefaultDelPrompt);
+    EXPECT_EQ(Delete(frame), QStringList{TGridFrame::DefaultDelPrompt});
     EXPECT_EQ(Count("DISCOUNTS"), before + 1);
     frame->DelPrompt = "Удалить скидку?";
     dialogs.Answer(Dialogs::ResultOk);
-    frame->actDel->Execute();
-    EXPECT_EQ(dialogs.Shown.last().text, "Удалить скидку?");
+    EXPECT_EQ(Delete(frame), QStringList{"Удалить скидку?"});
     EXPECT_EQ(QList<int>({Count("DISCOUNTS"), frame->GridView->RowCount()}), QList<int>({before, rows}));
 
     // A failure inside the add removes the empty row, under the delete heading.
@@ -106,27 +106,16 @@ TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAGuardRefusesTheDeleteAndTheTest
 {
     MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
-    QString caption, errorAfterFirstOk;
-    bool openAfterFirstOk = false;
-    ModalDriver driver;
-    driver
-        .Then([&](QWidget *modal) {
-            caption = modal->windowTitle();
-            TypeText(Child(modal, "ROLENAME_TCX"), "Администратор");
-            Card(modal)->AdvGlowButton1->click();
-        })
-        .Then([&](QWidget *modal) {
-            openAfterFirstOk = modal->isVisible();
-            errorAfterFirstOk = Card(modal)->ErrorText;
-            EXPECT_EQ(qobject_cast<QLineEdit *>(Child(modal, "ROLENAME_TCX"))->text(), "Администратор");
-            TypeText(Child(modal, "ROLENAME_TCX"), "Старший оператор");
-            Card(modal)->AdvGlowButton1->click();
-        });
-    frame->actEdit->Execute();
-    EXPECT_EQ(driver.Ran(), 2);
-    EXPECT_EQ(caption, "Изменить запись");
-    EXPECT_TRUE(openAfterFirstOk);
-    EXPECT_TRUE(errorAfterFirstOk.contains("Роль с таким названием уже существует"));
+    OnModal<TDictFM>(frame->actEdit, {[](TDictFM *card) {
+        EXPECT_EQ(card->windowTitle(), "Изменить запись");
+        TypeText(Child(card, "ROLENAME_TCX"), "Администратор");
+        card->AdvGlowButton1->click();
+    }, [](TDictFM *card) {
+        EXPECT_TRUE(card->isVisible() && card->ErrorText.contains("Роль с таким названием уже существует"));
+        EXPECT_EQ(qobject_cast<QLineEdit *>(Child(card, "ROLENAME_TCX"))->text(), "Администратор");
+        TypeText(Child(card, "ROLENAME_TCX"), "Старший оператор");
+        card->AdvGlowButton1->click();
+    }});
     // The application's handler showed the database's own text, nothing more.
     ASSERT_EQ(dialogs.Shown.size(), 1);
     EXPECT_EQ(dialogs.Shown[0].kind, Dialogs::Error);
@@ -137,23 +126,16 @@ TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAGuardRefusesTheDeleteAndTheTest
 
     // The administrators' role has users.
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 1));
-    dialogs.Clear();
     dialogs.Answer(Dialogs::ResultOk);
-    frame->actDel->Execute();
-    ASSERT_EQ(dialogs.Shown.size(), 2);
+    EXPECT_EQ(Delete(frame).value(1), "Имеются пользователи данной роли. Удаление запрещено.");
     EXPECT_EQ(dialogs.Shown[0].buttons, Dialogs::OkCancel);
-    EXPECT_EQ(dialogs.Shown[1].text.trimmed(), "Имеются пользователи данной роли. Удаление запрещено.");
     EXPECT_EQ(Count("ROLES where ID = 1"), 1);
 
     // The test command shows a new card without its OK button.
-    bool okHidden = false, editMode = true;
-    driver.Then([&](QWidget *modal) {
-        okHidden = Card(modal)->AdvGlowButton1->isHidden();
-        editMode = Card(modal)->EditMode;
-        Card(modal)->AdvGlowButton2->click();
-    });
-    frame->Test(nullptr);
-    EXPECT_TRUE(okHidden && !editMode);
+    OnModal<TDictFM>([&] { frame->Test(nullptr); }, {[](TDictFM *card) {
+        EXPECT_TRUE(card->AdvGlowButton1->isHidden() && !card->EditMode);
+        card->AdvGlowButton2->click();
+    }});
 
     // A double click edits, or with editing off runs the chooser action while it is visible.
     int cards = 0, chosen = 0;

@@ -15,9 +15,11 @@
 #include "lookup_combo_box.h"
 #include "text_editors.h"
 #include "type_text.h"
+#include "value_editor.h"
 
 #include <QComboBox>
 #include <QGroupBox>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMap>
@@ -26,13 +28,10 @@
 #include <QTest>
 #include <functional>
 #include <memory>
-#include <type_traits>
 
 class WindowTest : public FormsTest
 {
 protected:
-    using Step = std::function<void(TCustomDictFM *card)>;
-
     void TearDown() override
     {
         window.reset();
@@ -40,10 +39,10 @@ protected:
     }
 
     // Shows a window standing alone, freed after the test.
-    template <class W>
-    W *Show()
+    template <class W, class... Args>
+    W *Show(Args... args)
     {
-        auto *w = new W();
+        auto *w = new W(args...);
         window.reset(w);
         w->show();
         return w;
@@ -55,44 +54,43 @@ protected:
         Exec(sql);
         return Scalar("select max(ID) from " + sql.section(' ', 2, 2)).toInt();
     }
+    // A text as an SQL literal; "null" stays null.
+    static QString Quoted(const QString &text) { return text == "null" ? text : "'" + QString(text).replace("'", "''") + "'"; }
+    // Rows of the shop's tables; phones and addresses are SQL literals.
+    int NewCustomer(const QString &name, const QString &phone = "null", const QString &address = "null")
+    {
+        return Insert(QString("insert into CUST (CUSTNAME, MOBI_PHONE, ADDRESS) values (%1, %2, %3)")
+                          .arg(Quoted(name), phone, address));
+    }
+    // Type 1, year 1 ("2011"), model 1 ("Passat") and make 1 ("Volkswagen") unless told otherwise.
+    int NewVehicle(const QString &reg, int model = 1, int mark = 1)
+    {
+        return Insert(QString("insert into AUTO (TYPE, MODNAME, MARK, REG, AYEAR) values (1, %1, %2, %3, 1)")
+                          .arg(model).arg(mark).arg(Quoted(reg)));
+    }
+    // An order of today in status 1 ("Создан") unless told otherwise; 0 leaves a reference null.
+    int NewOrder(int cust, int vehicle, int status = 1, const QString &createDate = "cast('today' as date)", int del = 0)
+    {
+        return Insert(QString("insert into ORDERS (IDCUST, IDAUTO, IDSTATUS, CREATE_DATE, DEL) values (%1, %2, %3, %4, %5)")
+                          .arg(cust ? QString::number(cust) : "null", vehicle ? QString::number(vehicle) : "null")
+                          .arg(status).arg(createDate).arg(del));
+    }
+    int NewService(const QString &name, double cost = 1000, double hours = 1, const QString &art = "null",
+                   const QString &code = "null")
+    {
+        return Insert(QString("insert into SERV (SERVNAME, COST, HOURS, SERVART, SERVCODE) values (%1, %2, %3, %4, %5)")
+                          .arg(Quoted(name)).arg(cost).arg(hours).arg(Quoted(art), Quoted(code)));
+    }
+    int NewMaterial(const QString &name, double cost = 100, int quantity = 100, const QString &articul = "null",
+                    const QString &scode = "null")
+    {
+        return Insert(QString("insert into MAT (MATNAME, COST, QUANTITY, ARTICUL, SCODE) values (%1, %2, %3, %4, %5)")
+                          .arg(Quoted(name)).arg(cost).arg(quantity).arg(Quoted(articul), Quoted(scode)));
+    }
     // The identifier of the row of `table` whose `column` holds `name`.
     int IdOf(const QString &table, const QString &column, const QString &name)
     {
-        return Scalar("select ID from " + table + " where " + column + " = '" + QString(name).replace("'", "''") + "'").toInt();
-    }
-
-    // Runs `action` with the steps given, each on the card (or dialog) then open.
-    static void OnCard(TAction *action, const QList<Step> &steps)
-    {
-        ModalDriver driver;
-        for (const Step &step : steps)
-            driver.Then([step](QWidget *modal) {
-                auto *card = qobject_cast<TCustomDictFM *>(modal);
-                ASSERT_NE(card, nullptr) << modal->objectName().toStdString();
-                step(card);
-            });
-        action->Execute();
-        EXPECT_EQ(driver.Ran(), steps.size());
-        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
-    }
-
-    // Does `open` (an action, or what a user does) and the steps, each on the window of type C then open.
-    template <class C, class Open>
-    static void OnModal(Open open, const QList<std::function<void(C *)>> &steps)
-    {
-        ModalDriver driver;
-        for (const auto &step : steps)
-            driver.Then([step](QWidget *modal) {
-                auto *window = qobject_cast<C *>(modal);
-                ASSERT_NE(window, nullptr) << modal->objectName().toStdString();
-                step(window);
-            });
-        if constexpr (std::is_invocable_v<Open>)
-            open();
-        else
-            open->Execute();
-        EXPECT_EQ(driver.Ran(), steps.size());
-        EXPECT_TRUE(driver.Failures.isEmpty()) << driver.Failures.join('\n').toStdString();
+        return Scalar("select ID from " + table + " where " + column + " = " + Quoted(name)).toInt();
     }
 
     // The editor a hand-laid card made in the box of that field.
@@ -119,10 +117,16 @@ protected:
     }
     // Lets the filter timer tick and the frame refresh.
     static void Settle() { QTest::qWait(250); }
-    // Types into a filter editor (an empty text clears it) and lets the filter timer refresh the grid.
+    // Types into a filter editor or picks from a filter's lookup (an empty text clears either), and lets the
+    // filter timer refresh the grid.
     static void Filter(QWidget *editor, const QString &text)
     {
-        if (auto *line = qobject_cast<QLineEdit *>(editor); line && text.isEmpty()) {
+        if (auto *lookup = dynamic_cast<TLookupComboBox *>(editor); lookup && text.isEmpty()) {
+            lookup->lineEdit()->clear();
+            emit lookup->lineEdit()->editingFinished();
+        } else if (lookup) {
+            Pick(lookup, text);
+        } else if (auto *line = qobject_cast<QLineEdit *>(editor); line && text.isEmpty()) {
             line->clear();
             emit line->textEdited(QString());
         } else {
@@ -154,6 +158,43 @@ protected:
             values << ds->RowValue(row, index).toString();
         return values;
     }
+    // The row of a frame's dataset whose fields have the values given; -1 when there is none.
+    static int RowOf(TGridFrame *frame, const QVariantMap &values)
+    {
+        TFIBDataSet *ds = frame->DS->DataSet();
+        ds->FetchAll();
+        for (int row = 0; row < ds->RecordCount(); ++row) {
+            bool all = true;
+            for (auto it = values.begin(); it != values.end() && all; ++it)
+                all = ds->RowValue(row, ds->FieldByName(it.key())->Index()).toString() == it.value().toString();
+            if (all)
+                return row;
+        }
+        return -1;
+    }
+    // Selects exactly these rows of a frame, as Ctrl + click does.
+    static void Select(TGridFrame *frame, const QList<int> &rows)
+    {
+        QItemSelectionModel *selection = frame->GridView->selectionModel();
+        selection->clearSelection();
+        for (int row : rows)
+            selection->select(frame->GridView->model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    // Puts a value into a cell as its editor would, and lets the queued save run.
+    static void SetCell(TGridFrame *frame, int row, const QString &field, const QVariant &value)
+    {
+        TDBGridView *view = frame->GridView;
+        const QModelIndex index = view->model()->index(row, view->IndexOf(view->FindColumnByFieldName(field)));
+        ASSERT_TRUE(view->model()->flags(index) & Qt::ItemIsEditable) << field.toStdString();
+        view->model()->setData(index, value, Qt::EditRole);
+        QTest::qWait(30);
+    }
+    // What the editor of a field in a card holds.
+    static QVariant Value(QWidget *card, const QString &field)
+    {
+        auto *editor = dynamic_cast<TValueEditor *>(Editor(card, field));
+        return editor ? editor->EditValue() : QVariant("<no editor>");
+    }
     static QStringList Sorted(QStringList list) { return list.sort(), list; }
     static QStringList NotRussian(const QStringList &texts) { return texts.filter(QRegularExpression("^[^А-Яа-яЁё]*$")); }
 
@@ -168,6 +209,14 @@ protected:
                 missing << it.key();
         return missing;
     }
+    // The titles of a grid's columns, in their order.
+    static QStringList Captions(TDBGridView *view)
+    {
+        QStringList captions;
+        for (TGridColumn *column : view->ColumnList())
+            captions << column->Caption();
+        return captions;
+    }
     static QStringList Untitled(TGridFrame *frame)
     {
         QMap<QString, QString> shown;
@@ -180,9 +229,7 @@ protected:
     static void ExpectRussianTitles(TGridFrame *frame)
     {
         const QString section = frame->RightsKey();
-        QStringList captions;
-        for (TGridColumn *column : frame->GridView->ColumnList())
-            captions << column->Caption();
+        const QStringList captions = Captions(frame->GridView);
         EXPECT_FALSE(captions.isEmpty()) << section.toStdString();
         EXPECT_EQ(NotRussian(captions), QStringList()) << section.toStdString();
         EXPECT_EQ(Untitled(frame), QStringList()) << section.toStdString();

@@ -1,8 +1,8 @@
 // The order documents: the five kinds and one of another name whose template LibreOffice saved again,
 // filled from one order and read back through the engine and through LibreOffice; the refusals and
-// failures, with what they leave; odd data and several kinds in one go.
+// failures, with what they leave; what the first print fixes, and odd data.
 
-#include "orders_fixture.h"
+#include "window_fixture.h"
 
 #include "common.h"
 #include "order_document.h"
@@ -10,7 +10,6 @@
 #include "rtf_word_processor.h"
 #include "select_print_doc_fm.h"
 
-#include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -93,12 +92,12 @@ bool Soffice(const QStringList &files, const QString &format, const QString &out
     return done;
 }
 
-class Documents : public OrdersTest
+class Documents : public WindowTest
 {
 protected:
     void SetUp() override
     {
-        OrdersTest::SetUp();
+        WindowTest::SetUp();
         Exec("update CUST set CUSTNAME = 'ООО \"Автомастер\"', INN = '7701234567', PAY_ACC = '40702810900000012345', "
              "ADDRESS = 'г. Москва, ул. Моторная, д. 5', HOME_PHONE = '+7 495 123-45-67', BANK = 'ПАО Сбербанк', "
              "CORR_ACC = '30101810400000000225', BIK = '044525225', GEN_DIR = 'Петров П. П.', "
@@ -130,7 +129,7 @@ protected:
     {
         TOrderDocument::SetTemplateFolder(QString());
         WordProcessor::InstallFactory({});
-        OrdersTest::TearDown();
+        WindowTest::TearDown();
     }
 
     const QList<QStringList> lines = {{"Замена масла", "2", "1000.00 р. ", "2000.00 р. ", "20%", "187.50 р. ", "1125.00 р. "},
@@ -305,21 +304,12 @@ TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeave)
     }
 }
 
-TEST_F(Documents, SeveralKindsInOneGoTheLinesTheFirstPrintFixedAndOddData)
+TEST_F(Documents, TheFirstPrintFixesTheCustomerAndLinesAndOddDataIsRefused)
 {
     // No KPP: the joined tax number is null.
     Exec(QString("update CUST set KPP = null where ID = %1").arg(customer));
-    ModalDriver driver;
-    driver.Then([](QWidget *modal) {
-        auto *dialog = static_cast<TSelectPrintDocFM *>(modal);
-        for (QCheckBox *box : {dialog->cxCheckBox2, dialog->cxCheckBox3, dialog->cxCheckBox4, dialog->cxCheckBox5})
-            box->setChecked(true);
-        dialog->AdvGlowButton1->click();
-    });
-    journal->actPrint->Execute();
+    journal->Mak_Zakaz(0, "zakaz");
     EXPECT_EQ(dialogs.Texts(), QStringList());
-    EXPECT_EQ(shell.Opened, QStringList({Output("zakaz"), Output("zakaz-nar"), Output("schet"), Output("schet-fact"),
-                                         Output("act")}));
 
     // Another order in the same run, in other currency marks: its number, but the customer and lines
     // of the first print.
@@ -343,8 +333,9 @@ TEST_F(Documents, SeveralKindsInOneGoTheLinesTheFirstPrintFixedAndOddData)
     // As in a fresh run: nothing else closes the lines that the first print opened.
     dm->spOrdMatServOpen.Close();
     Pick(other);
-    driver.Then([](QWidget *modal) { static_cast<TSelectPrintDocFM *>(modal)->AdvGlowButton1->click(); });
-    journal->actPrint->trigger();
+    OnModal<TSelectPrintDocFM>([&] { journal->actPrint->trigger(); }, {[](TSelectPrintDocFM *dialog) {
+        dialog->AdvGlowButton1->click();
+    }});
     ASSERT_EQ(dialogs.Texts().size(), 1);
     EXPECT_TRUE(dialogs.Texts()[0].contains("truncation")) << dialogs.Texts()[0].toStdString();
     EXPECT_EQ(shell.Opened, QStringList());

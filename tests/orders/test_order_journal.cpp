@@ -1,7 +1,7 @@
 // The orders journal: its filters against the real procedure, one refresh on show, the debounce, a
 // refused delete, the jump from the vehicles window through the main window, and printing.
 
-#include "orders_fixture.h"
+#include "window_fixture.h"
 
 #include "auto_fm.h"
 #include "choice_editors.h"
@@ -18,12 +18,12 @@
 
 namespace {
 
-class OrderJournal : public OrdersTest
+class OrderJournal : public WindowTest
 {
 protected:
     void SetUp() override
     {
-        OrdersTest::SetUp();
+        WindowTest::SetUp();
         Exec("delete from ORDERS");
         ivanov = NewCustomer("Иванов");
         petrov = NewCustomer("Пётр O'Нил");
@@ -65,7 +65,7 @@ protected:
     int fresh = 0, working = 0, closed = 0, old = 0, deleted = 0, bare = 0;
 };
 
-TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersAndRefreshesOnceAsDoKeystrokesWithinTheInterval)
+TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysComeAndDeletesOnlyUnpaidOnes)
 {
     int opens = 0;
     QObject::connect(&dm->spOrdersOpen, &TFIBDataSet::Opened, [&] { ++opens; });
@@ -95,130 +95,84 @@ TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersAndRefreshesOnceAsDoK
     Settle();
     EXPECT_EQ(opens, 2);
     EXPECT_EQ(Ids(w), QList<int>({working, closed, bare}));
+
+    // A paid order is not deleted, and the database says why; one without payments goes at once.
+    Exec(QString("insert into PAY (PTYPE, PURPOSE, IDOBJECT, IDCUST, SUMM) values (1, 1, %1, %2, 100)").arg(working).arg(petrov));
+    dm->pFIBTransaction1.CommitRetaining();
+    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", working));
+    EXPECT_EQ(Delete(w->frmOrders), QStringList({"Вы уверены, что хотите удалить выбранный заказ?",
+                                                 "Имеются платежи по данному заказу. Удаление запрещено."}));
+    EXPECT_EQ(Count("ORDERS where ID = " + QString::number(working)), 1);
+    Filter(w->edReg, "");
+    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", fresh));
+    w->frmOrders->actDel->Execute();
+    EXPECT_EQ(Count("ORDERS where ID = " + QString::number(fresh)), 0);
+    EXPECT_EQ(Ids(w), QList<int>({working, closed, bare}));
 }
 
 TEST_F(OrderJournal, FiltersNarrowTheListAsTheProcedureDoes)
 {
     TOrderFM *w = Journal();
-    struct Case
-    {
-        const char *what;
-        std::function<void()> set;
-        std::function<QList<int>()> expected;
-    };
-    const QList<Case> cases = {
-        {"status '-Активен-' is every status below 6", [&] { PickKey(w->lcbOStateMain, 7); },
-         [&] { return QList<int>{fresh, working, bare}; }},
-        {"one status, and the order with none", [&] { PickKey(w->lcbOStateMain, 2); },
-         [&] { return QList<int>{working}; }},
-        {"status cleared is all", [&] { PickKey(w->lcbOStateMain, QVariant()); },
-         [&] { return QList<int>{fresh, working, closed, bare}; }},
-        {"customer, and orders without one", [&] { PickKey(w->lcbCust, petrov); },
-         [&] { return QList<int>{working, bare}; }},
-        {"customer cleared", [&] { PickKey(w->lcbCust, QVariant()); },
-         [&] { return QList<int>{fresh, working, closed, bare}; }},
-        {"plate contains", [&] { Filter(w->edReg, "456"); }, [&] { return QList<int>{working, closed, bare}; }},
-        {"plate in Cyrillic", [&] { Filter(w->edReg, "А123"); }, [&] { return QList<int>{fresh, bare}; }},
-        {"plate with a quote", [&] { Filter(w->edReg, "'"); }, [&] { return QList<int>{bare}; }},
-        {"plate cleared", [&] { Filter(w->edReg, ""); }, [&] { return QList<int>{fresh, working, closed, bare}; }},
-        {"number with % and _ taken as patterns", [&] { Filter(w->edNum, "50%_\""); },
-         [&] { return QList<int>{working}; }},
-        {"number matching nothing", [&] { Filter(w->edNum, "Я_нет"); }, [&] { return QList<int>{}; }},
-        {"number cleared", [&] { Filter(w->edNum, ""); }, [&] { return QList<int>{fresh, working, closed, bare}; }},
-        {"make", [&] { PickKey(w->lcbMark, 2); }, [&] { return QList<int>{working, closed, bare}; }},
-        {"model on top", [&] { PickKey(w->lcbModel, 1); }, [&] { return QList<int>{bare}; }},
-        {"lookups cleared", [&] { PickKey(w->lcbMark, QVariant()), PickKey(w->lcbModel, QVariant()); },
-         [&] { return QList<int>{fresh, working, closed, bare}; }},
-        {"deleted only with 'Удаленные'", [&] { w->cbDel->click(); }, [&] { return QList<int>{deleted}; }},
-        {"live again", [&] { w->cbDel->click(); }, [&] { return QList<int>{fresh, working, closed, bare}; }},
-        {"the period takes in older orders",
-         [&] { w->deUp->setDateTime(QDateTime::currentDateTime().addDays(-45)); },
-         [&] { return QList<int>{fresh, working, closed, old, bare}; }},
+    const QList<int> all = {fresh, working, closed, bare};
+    const struct { const char *what; std::function<void()> set; QList<int> expected; } cases[] = {
+        {"status '-Активен-' is every status below 6", [&] { PickKey(w->lcbOStateMain, 7); }, {fresh, working, bare}},
+        {"one status, and the order with none", [&] { PickKey(w->lcbOStateMain, 2); }, {working}},
+        {"status cleared is all", [&] { PickKey(w->lcbOStateMain, QVariant()); }, all},
+        {"customer, and orders without one", [&] { PickKey(w->lcbCust, petrov); }, {working, bare}},
+        {"customer cleared", [&] { PickKey(w->lcbCust, QVariant()); }, all},
+        {"plate contains", [&] { Filter(w->edReg, "456"); }, {working, closed, bare}},
+        {"plate in Cyrillic", [&] { Filter(w->edReg, "А123"); }, {fresh, bare}},
+        {"plate with a quote", [&] { Filter(w->edReg, "'"); }, {bare}},
+        {"plate cleared", [&] { Filter(w->edReg, ""); }, all},
+        {"number with % and _ taken as patterns", [&] { Filter(w->edNum, "50%_\""); }, {working}},
+        {"number matching nothing", [&] { Filter(w->edNum, "Я_нет"); }, {}},
+        {"number cleared", [&] { Filter(w->edNum, ""); }, all},
+        {"make", [&] { PickKey(w->lcbMark, 2); }, {working, closed, bare}},
+        {"model on top", [&] { PickKey(w->lcbModel, 1); }, {bare}},
+        {"lookups cleared", [&] { PickKey(w->lcbMark, QVariant()), PickKey(w->lcbModel, QVariant()); }, all},
+        {"deleted only with 'Удаленные'", [&] { w->cbDel->click(); }, {deleted}},
+        {"live again", [&] { w->cbDel->click(); }, all},
+        {"the period takes in older orders", [&] { w->deUp->setDateTime(QDateTime::currentDateTime().addDays(-45)); },
+         {fresh, working, closed, old, bare}},
         {"the last day counts whole",
-         [&] { w->deTo->setDateTime(QDateTime(QDate::currentDate().addDays(-40), QTime(0, 0))); },
-         [&] { return QList<int>{old}; }},
+         [&] { w->deTo->setDateTime(QDateTime(QDate::currentDate().addDays(-40), QTime(0, 0))); }, {old}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         c.set();
         Settle();
-        EXPECT_EQ(Ids(w), c.expected()) << c.what;
+        EXPECT_EQ(Ids(w), c.expected) << c.what;
     }
     EXPECT_EQ(dialogs.Shown.size(), 0);
-}
-
-TEST_F(OrderJournal, ARefusedDeleteShowsTheDatabasesText)
-{
-    Exec(QString("insert into PAY (PTYPE, PURPOSE, IDOBJECT, IDCUST, SUMM) values (1, 1, %1, %2, 100)")
-             .arg(working)
-             .arg(petrov));
-    dm->pFIBTransaction1.CommitRetaining();
-    TOrderFM *w = Journal();
-    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", working));
-    dialogs.Answer(Dialogs::ResultOk);
-    w->frmOrders->actDel->Execute();
-    ASSERT_EQ(dialogs.Shown.size(), 2);
-    EXPECT_EQ(dialogs.Shown[0].text, "Вы уверены, что хотите удалить выбранный заказ?");
-    EXPECT_TRUE(dialogs.Shown[1].text.contains("Имеются платежи по данному заказу. Удаление запрещено"))
-        << dialogs.Shown[1].text.toStdString();
-    EXPECT_EQ(Scalar("select count(*) from ORDERS where ID = " + QString::number(working)).toInt(), 1);
-
-    // A new order is deleted outright.
-    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", fresh));
-    w->frmOrders->actDel->Execute();
-    EXPECT_EQ(Scalar("select count(*) from ORDERS where ID = " + QString::number(fresh)).toInt(), 0);
-    EXPECT_FALSE(Ids(w).contains(fresh));
 }
 
 TEST_F(OrderJournal, PrintReportsEachTickedKindInOrder)
 {
     TOrderFM *w = Journal();
-    struct Case
-    {
-        const char *what;
-        QList<int> ticks; // check boxes to toggle, 1-based
-        bool ok;
-        QStringList expected;
+    // The order (0: the journal filtered empty), the check boxes to toggle (1-based), OK or Cancel, what is
+    // said. The first order has no lines: each kind chosen says so once.
+    const QString noLines = "В данном заказе отсутствуют предоставленные услуги и материалы", none = "Необходимо выбрать заказ";
+    const struct { const char *what; int order; QList<int> ticks; bool ok; QStringList expected; } cases[] = {
+        {"only the request is ticked at start", fresh, {}, true, {noLines}},
+        {"all five", fresh, {2, 3, 4, 5}, true, QStringList(5, noLines)},
+        {"none ticked", fresh, {1}, true, {}},
+        {"cancel", fresh, {2}, false, {}},
+        {"an order without a customer", bare, {}, true, {"В данном заказе отсутствует заказчик(клиент)"}},
+        {"an empty journal", 0, {3}, true, {none, none}},
     };
-    // The order has no lines: each kind chosen says so once.
-    const QString noLines = "В данном заказе отсутствуют предоставленные услуги и материалы";
-    const QList<Case> cases = {
-        {"only the request is ticked at start", {}, true, {noLines}},
-        {"all five", {2, 3, 4, 5}, true, {noLines, noLines, noLines, noLines, noLines}},
-        {"none ticked", {1}, true, {}},
-        {"cancel", {2}, false, {}},
-    };
-    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", fresh));
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         dialogs.Shown.clear();
-        ModalDriver driver;
-        driver.Then([&](QWidget *modal) {
-            auto *dialog = qobject_cast<TSelectPrintDocFM *>(modal);
-            ASSERT_NE(dialog, nullptr);
+        if (c.order)
+            ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", c.order));
+        else
+            Filter(w->edNum, "нет такого");
+        OnModal<TSelectPrintDocFM>(w->actPrint, {[&](TSelectPrintDocFM *dialog) {
             EXPECT_EQ(CardTexts(dialog), QStringList{"Выберите необходимые документы"});
             for (int box : c.ticks)
                 dialog->findChild<QCheckBox *>(QString("cxCheckBox%1").arg(box))->toggle();
             (c.ok ? dialog->AdvGlowButton1 : dialog->AdvGlowButton2)->click();
-        });
-        w->actPrint->Execute();
+        }});
         EXPECT_EQ(dialogs.Texts(), c.expected) << c.what;
     }
-
-    // An order without a customer, then an empty journal.
-    dialogs.Shown.clear();
-    ASSERT_TRUE(dm->spOrdersOpen.Locate("ID", bare));
-    ModalDriver driver;
-    driver.Then([](QWidget *modal) { static_cast<TSelectPrintDocFM *>(modal)->AdvGlowButton1->click(); });
-    w->actPrint->Execute();
-    Filter(w->edNum, "нет такого");
-    ASSERT_TRUE(dm->spOrdersOpen.IsEmpty());
-    driver.Then([](QWidget *modal) {
-        auto *dialog = static_cast<TSelectPrintDocFM *>(modal);
-        dialog->cxCheckBox3->setChecked(true);
-        dialog->AdvGlowButton1->click();
-    });
-    w->actPrint->Execute();
-    EXPECT_EQ(dialogs.Texts(), QStringList({"В данном заказе отсутствует заказчик(клиент)", "Необходимо выбрать заказ",
-                                  "Необходимо выбрать заказ"}));
 }
 
 TEST_F(OrderJournal, TheVehiclesWindowJumpsHereFilteredByThePlate)

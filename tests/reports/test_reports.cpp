@@ -2,18 +2,15 @@
 // the choices, the figures, and the workbooks as a spreadsheet program reads them: the cells through
 // LibreOffice, the looks from the file's own XML.
 
-#include "orders_fixture.h"
+#include "window_fixture.h"
 
 #include "date_edit.h"
 #include "grid_column.h"
 #include "grid_summary.h"
 #include "grid_view.h"
-#include "main_fm.h"
 #include "report_fm.h"
 #include "xlsx_spreadsheet.h"
 
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -21,12 +18,12 @@
 
 namespace {
 
-class Reports : public OrdersTest
+class Reports : public WindowTest
 {
 protected:
     void SetUp() override
     {
-        OrdersTest::SetUp();
+        WindowTest::SetUp();
         Exec("delete from ORDERS");
         ivanov = NewCustomer("Иванов");
         const int quoted = NewCustomer("Пётр O'Нил \"Ёлка\""), car = NewVehicle("А123ВС77");
@@ -129,28 +126,7 @@ const QString kOrdersHead = "SELECT *\nFROM ORDERS O\nLEFT JOIN CUST C ON O.IDCU
                             "LEFT JOIN OSTATE D ON O.idstatus = D.ID\nwhere\n";
 const QString kDates = "(create_date>=:dtstart and create_date<=:dtend)";
 
-// Each action's own report, made once and maximised under the action's caption, freed on close.
-TEST_F(Reports, MainWindowOpensEachReportOnce)
-{
-    TMainFM main({"kelvarion"});
-    main.show();
-    for (TAction *action : {main.actOtchetVipZakaz, main.actOtchetUslug, main.actOtchetMaterial}) {
-        action->Execute();
-        QMdiSubWindow *sub = main.MDIClient->activeSubWindow();
-        ASSERT_TRUE(sub && sub->isMaximized());
-        EXPECT_EQ(sub->widget()->windowTitle(), action->text());
-        action->Execute();
-        EXPECT_EQ(main.MDIClient->activeSubWindow(), sub) << "made once";
-    }
-    EXPECT_EQ(main.MDIClient->subWindowList().size(), 3);
-    EXPECT_TRUE(dynamic_cast<TfmVipZakaz *>(fmVipZakaz.data()) && dynamic_cast<TfmOtchetUslug *>(fmOtchetUslug.data())
-                && dynamic_cast<TfmOtchetMaterial *>(fmOtchetMaterial.data()));
-    fmVipZakaz->close();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_TRUE(fmVipZakaz.isNull()) << "freed on close";
-}
-
-TEST_F(Reports, ShowSetsTheCurrentMonthAndListsHeadedByAllThenRuns)
+TEST_F(Reports, ShowSetsTheCurrentMonthAndListsHeadedByAllThenRunsAndTheFooterAddsUpWhatIsOwed)
 {
     auto *w = Show<TfmVipZakaz>();
     const QDate today = QDate::currentDate();
@@ -161,12 +137,26 @@ TEST_F(Reports, ShowSetsTheCurrentMonthAndListsHeadedByAllThenRuns)
     EXPECT_EQ(QList<int>({int(w->dxMemData4.size()), int(w->dxMemData2.size())}),
               QList<int>({Scalar("select count(*) from OSTATE where AFILTER = 0").toInt() + 1, Scalar("select count(*) from PAYSTATE").toInt() + 1}));
     EXPECT_TRUE(dm->dbOtchetVipZakaz.Active());
-    QStringList captions;
-    for (TGridColumn *column : w->cxGridDBTableView1->ColumnList())
-        captions << column->Caption();
-    EXPECT_EQ(captions, QStringList({"Номер заказа", "Дата заказа", "Дата изменения", "Статус", "Статус оплаты", "Клиент",
-                                     "Полное наименование", "Скидка", "Сумма заказа", "К оплате"}));
+    EXPECT_EQ(Captions(w->cxGridDBTableView1), QStringList({"Номер заказа", "Дата заказа", "Дата изменения", "Статус",
+                                                            "Статус оплаты", "Клиент", "Полное наименование", "Скидка",
+                                                            "Сумма заказа", "К оплате"}));
     EXPECT_EQ(w->cxGridDBTableView1->EmptyText, "");
+
+    // Over March the grid sums what is owed and the footer adds it up.
+    w = Run<TfmVipZakaz>();
+    TGridSummary *footer = w->cxGridDBTableView1->Summary();
+    ASSERT_EQ(footer->Count(), 2);
+    const double total = Scalar(QString("select sum(SUMORDER) from ORDERS where ID in (%1, %2, %3, %4)")
+                                    .arg(first).arg(paid).arg(deleted).arg(nextDay)).toDouble();
+    EXPECT_GT(total, 0);
+    EXPECT_NEAR(footer->Sum(0).toDouble(), total, 0.01);
+    const double paidSum = Scalar(QString("select SUMORDER from ORDERS where ID = %1").arg(paid)).toDouble();
+    EXPECT_NEAR(footer->Sum(1).toDouble(), total - paidSum, 0.01) << "a null SUMPAY owes the whole order";
+    EXPECT_EQ(footer->At(0).Column->FieldName(), "SUMORDER");
+    EXPECT_FALSE(w->grab().isNull()) << "the window paints, footer and all";
+    auto *material = Run<TfmOtchetMaterial>();
+    EXPECT_EQ(material->cxGridDBTableView1->Columns(0)->Caption(), "Наименование услуги") << "the services' caption kept";
+    EXPECT_EQ(material->cxGridDBTableView1->Summary()->Count(), 0);
 
     // A start after the end gives an empty report and no message.
     Run<TfmVipZakaz>(0, 0, QDate(2024, 3, 31), QDate(2024, 3, 1));
@@ -213,24 +203,6 @@ TEST_F(Reports, StatementsFollowTheChoicesAndTheFiguresTheirRules)
             EXPECT_EQ(Sorted(rows), Sorted((services ? c.uslug : c.material).split(';', Qt::SkipEmptyParts))) << services;
         }
     }
-}
-
-TEST_F(Reports, OrdersGridSumsWhatIsOwedAndTheFooterAddsThemUp)
-{
-    auto *w = Run<TfmVipZakaz>();
-    TGridSummary *footer = w->cxGridDBTableView1->Summary();
-    ASSERT_EQ(footer->Count(), 2);
-    const double total = Scalar(QString("select sum(SUMORDER) from ORDERS where ID in (%1, %2, %3, %4)")
-                                    .arg(first).arg(paid).arg(deleted).arg(nextDay)).toDouble();
-    EXPECT_GT(total, 0);
-    EXPECT_NEAR(footer->Sum(0).toDouble(), total, 0.01);
-    const double paidSum = Scalar(QString("select SUMORDER from ORDERS where ID = %1").arg(paid)).toDouble();
-    EXPECT_NEAR(footer->Sum(1).toDouble(), total - paidSum, 0.01) << "a null SUMPAY owes the whole order";
-    EXPECT_EQ(footer->At(0).Column->FieldName(), "SUMORDER");
-    EXPECT_FALSE(w->grab().isNull()) << "the window paints, footer and all";
-    auto *material = Run<TfmOtchetMaterial>();
-    EXPECT_EQ(material->cxGridDBTableView1->Columns(0)->Caption(), "Наименование услуги") << "the services' caption kept";
-    EXPECT_EQ(material->cxGridDBTableView1->Summary()->Count(), 0);
 }
 
 // The orders', the two popularity reports' and an empty report's workbooks, read in one go.

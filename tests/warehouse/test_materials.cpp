@@ -27,24 +27,20 @@ protected:
 
 TEST_F(MaterialsTest, ANameTypedIntoAListIsAddedAtOnceAndSurvivesACancelledCard)
 {
-    const struct
-    {
-        QString field, table, column;
-    } lists[] = {{category, "CMAT", "CMATNAME"}, {producer, "PROD", "PRODNAME"}, {country, "CNTRY", "CNTRYNAME"}};
+    const struct { QString field, table, column; } lists[] = {
+        {category, "CMAT", "CMATNAME"}, {producer, "PROD", "PRODNAME"}, {country, "CNTRY", "CNTRYNAME"}};
     const int materialsBefore = Count("MAT");
     for (const auto &list : lists) {
         const QString name = "Новое имя «" + list.table + "» 50%_'";
         dialogs.Answer(Dialogs::ResultCancel); // "save the changes?" at cancel
         OnCard(materials->frmMaterials->actAdd, {[&](TCustomDictFM *card) {
-                   TypeAndLeave(Editor(card, list.field), name);
-                   const QVariant id = Scalar("select ID from " + list.table + " where " + list.column + " = '" +
-                                              QString(name).replace("'", "''") + "'");
-                   ASSERT_TRUE(id.isValid()) << list.table.toStdString();
-                   EXPECT_EQ(dynamic_cast<TLookupComboBox *>(Editor(card, list.field))->EditValue().toInt(), id.toInt());
-                   card->AdvGlowButton2->click();
-               }});
-        EXPECT_EQ(Scalar("select count(*) from " + list.table + " where " + list.column + " = '" +
-                         QString(name).replace("'", "''") + "'").toInt(), 1) << list.table.toStdString();
+            TypeAndLeave(Editor(card, list.field), name);
+            const int id = IdOf(list.table, list.column, name);
+            ASSERT_GT(id, 0) << list.table.toStdString();
+            EXPECT_EQ(dynamic_cast<TLookupComboBox *>(Editor(card, list.field))->EditValue().toInt(), id);
+            card->AdvGlowButton2->click();
+        }});
+        EXPECT_EQ(Count(list.table + " where " + list.column + " = " + Quoted(name)), 1) << list.table.toStdString();
     }
     EXPECT_EQ(Count("MAT"), materialsBefore);
     EXPECT_EQ(dialogs.Texts(), QStringList(3, TCustomDictFM::SaveQuestion));
@@ -54,24 +50,24 @@ TEST_F(MaterialsTest, OkTakesUpWhatIsTypedInTheOrderOfTheExitHandlersAndLeavesTh
 {
     TFIBDataSet &ds = dm->spMatOpen;
     OnCard(materials->frmMaterials->actAdd, {[&](TCustomDictFM *card) {
-               EXPECT_EQ(card->windowTitle(), "Новый материал");
-               QWidget *quantity = Editor(card, "QUANTITY");
-               ASSERT_NE(quantity, nullptr);
-               EXPECT_TRUE(quantity->isVisibleTo(card) && !quantity->isEnabled());
-               // Typed and posted: the row is in edit state before the others are typed.
-               TypeText(Line(Editor(card, "ARTICUL")), "KV-1");
-               TypeText(Line(Editor(card, category)), "Колпачки");
-               TypeText(Line(Editor(card, producer)), "ООО Ниппель");
-               TypeText(Line(Editor(card, country)), "Тайвань");
-               // Shown in the editor but not yet in the row.
-               Line(Editor(card, "MATNAME"))->setText("Колпачок вентиля");
-               QStringList order;
-               const auto c = QObject::connect(&ds, &TFIBDataSet::FieldChanged,
-                                               [&](int field) { order << ds.Fields(field)->FieldName(); });
-               card->AdvGlowButton1->click();
-               QObject::disconnect(c);
-               EXPECT_EQ(order, QStringList({category, producer, country, "MATNAME"}));
-           }});
+        EXPECT_EQ(card->windowTitle(), "Новый материал");
+        QWidget *quantity = Editor(card, "QUANTITY");
+        ASSERT_NE(quantity, nullptr);
+        EXPECT_TRUE(quantity->isVisibleTo(card) && !quantity->isEnabled());
+        // Typed and posted: the row is in edit state before the others are typed.
+        TypeText(Line(Editor(card, "ARTICUL")), "KV-1");
+        TypeText(Line(Editor(card, category)), "Колпачки");
+        TypeText(Line(Editor(card, producer)), "ООО Ниппель");
+        TypeText(Line(Editor(card, country)), "Тайвань");
+        // Shown in the editor but not yet in the row.
+        Line(Editor(card, "MATNAME"))->setText("Колпачок вентиля");
+        QStringList order;
+        const auto c = QObject::connect(&ds, &TFIBDataSet::FieldChanged,
+                                        [&](int field) { order << ds.Fields(field)->FieldName(); });
+        card->AdvGlowButton1->click();
+        QObject::disconnect(c);
+        EXPECT_EQ(order, QStringList({category, producer, country, "MATNAME"}));
+    }});
     EXPECT_EQ(RowsIn(*dm, "select c.CMATNAME, p.PRODNAME, n.CNTRYNAME from MAT m join CMAT c on c.ID = m.IDCMAT "
                           "join PROD p on p.ID = m.IDPROD join CNTRY n on n.ID = m.IDCNTRY "
                           "where m.MATNAME = 'Колпачок вентиля'"),
@@ -83,10 +79,10 @@ TEST_F(MaterialsTest, OkTakesUpWhatIsTypedInTheOrderOfTheExitHandlersAndLeavesTh
     materials->frmMaterials->actRefresh->Execute();
     ASSERT_TRUE(ds.Locate("ID", valve));
     OnCard(materials->frmMaterials->actEdit, {[](TCustomDictFM *card) {
-               TypeText(Line(Editor(card, "QUANTITY")), "999");
-               TypeText(Line(Editor(card, "MATNAME")), "Вентиль TR414");
-               card->AdvGlowButton1->click();
-           }});
+        TypeText(Line(Editor(card, "QUANTITY")), "999");
+        TypeText(Line(Editor(card, "MATNAME")), "Вентиль TR414");
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(RowsIn(*dm, QString("select MATNAME, QUANTITY from MAT where ID = %1").arg(valve)),
               QStringList({"Вентиль TR414|7"}));
     EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
@@ -102,12 +98,7 @@ TEST_F(MaterialsTest, FiltersFindTheTextAnywhereAndOddTextBreaksNothing)
     const QStringList all = Column(materials->frmMaterials, "MATNAME");
     ASSERT_EQ(all.size(), 7);
     const TMaterialFilters &f = materials->Filters;
-    const struct
-    {
-        TTextEdit *editor;
-        QString text;
-        QStringList found;
-    } cases[] = {
+    const struct { TTextEdit *editor; QString text; QStringList found; } cases[] = {
         {f.edMatName, "100%", {"Масло 100% синтетика"}},
         {f.edMatName, "р_м", {"Фильтр_масляный"}},
         {f.edMatName, "o'neil", {"Свеча O'Neil"}},
@@ -122,11 +113,8 @@ TEST_F(MaterialsTest, FiltersFindTheTextAnywhereAndOddTextBreaksNothing)
     };
     for (const auto &c : cases) {
         Filter(c.editor, c.text);
-        QStringList found = Column(materials->frmMaterials, "MATNAME");
-        found.sort();
-        QStringList expected = c.found;
-        expected.sort();
-        EXPECT_EQ(found, expected) << c.editor->objectName().toStdString() << " " << c.text.toStdString();
+        EXPECT_EQ(Sorted(Column(materials->frmMaterials, "MATNAME")), Sorted(c.found))
+            << c.editor->objectName().toStdString() << " " << c.text.toStdString();
         Filter(c.editor, QString());
     }
     EXPECT_EQ(Column(materials->frmMaterials, "MATNAME").size(), 7);
@@ -141,12 +129,12 @@ TEST_F(MaterialsTest, TooLongTextStopsAtTheColumnAndAQuickAddedOneIsRefused)
     materials->frmMaterials->actRefresh->Execute();
     ASSERT_TRUE(dm->spMatOpen.Locate("ID", weight));
     OnCard(materials->frmMaterials->actEdit, {[&](TCustomDictFM *card) {
-                                                  for (const QString field : {"MATNAME", "ARTICUL", "SCODE"}) {
-                                                      Line(Editor(card, field))->clear();
-                                                      TypeText(Line(Editor(card, field)), tooLong);
-                                                  }
-                                                  card->AdvGlowButton1->click();
-                                              }});
+        for (const QString field : {"MATNAME", "ARTICUL", "SCODE"}) {
+            Line(Editor(card, field))->clear();
+            TypeText(Line(Editor(card, field)), tooLong);
+        }
+        card->AdvGlowButton1->click();
+    }});
     EXPECT_EQ(dialogs.Shown.size(), 0) << dialogs.Texts().join('\n').toStdString();
     const QString cut = tooLong.left(64);
     EXPECT_EQ(RowsIn(*dm, QString("select MATNAME, ARTICUL, SCODE from MAT where ID = %1").arg(weight)),
@@ -155,9 +143,9 @@ TEST_F(MaterialsTest, TooLongTextStopsAtTheColumnAndAQuickAddedOneIsRefused)
     const int before = Count("CMAT");
     dialogs.Clear();
     OnCard(materials->frmMaterials->actAdd, {[&](TCustomDictFM *card) {
-               TypeAndLeave(Editor(card, category), tooLong);
-               card->AdvGlowButton2->click();
-           }});
+        TypeAndLeave(Editor(card, category), tooLong);
+        card->AdvGlowButton2->click();
+    }});
     EXPECT_EQ(Count("CMAT"), before);
     ASSERT_EQ(dialogs.Shown.size(), 1);
     EXPECT_EQ(dialogs.Shown[0].kind, Dialogs::Error);
