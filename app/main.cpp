@@ -12,6 +12,7 @@
 #include "message_box_dialogs.h"
 #include "signal_exit.h"
 
+#include <QLocale>
 #include <QTimer>
 #include <cstdio>
 
@@ -123,6 +124,8 @@ int run(TApplication &application, const QStringList &arguments, SmokeRun smoke,
 int main(int argc, char *argv[])
 {
     TApplication application(argc, argv);
+    // Sums, quantities and dates read the Russian way ("1 900,00") whatever the desktop's language.
+    QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
     const QStringList arguments = QCoreApplication::arguments();
     const SmokeRun smoke = smokeRun();
 

@@ -18,6 +18,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -146,9 +147,16 @@ void TOrderFM::FormCreate(QObject *sender)
     m_frames = {orders};
     m_frames.Apply();
     // Too many columns to share the width: each takes what its title and first rows need, and the grid scrolls.
+    // The rows are measured once, on the first rows shown, so that widths set by the user stay.
     TDBGridView *view = frmOrders->GridView;
     view->SetColumnAutoWidth(false);
     connect(view, &TDBGridView::ColumnsChanged, this, [view] { view->resizeColumnsToContents(); });
+    connect(&dm.spOrdersOpen, &TFIBDataSet::Opened, this, [this, view] {
+        if (m_widthsFitted || DataDM->spOrdersOpen.IsEmpty())
+            return;
+        m_widthsFitted = true;
+        QTimer::singleShot(0, view, [view] { view->resizeColumnsToContents(); });
+    });
 }
 
 void TOrderFM::FormShow(QObject *sender)

@@ -60,4 +60,5 @@ public:
 private:
     TFrameTable m_frames;
     TFilterTable m_filters;
+    bool m_widthsFitted = false;
 };
