@@ -86,15 +86,20 @@ quint32 unsignedAt(TFIBClientLibrary &client, const char *p, short bytes)
 }
 
 // The system's own "no such file" behind the engine's error: the database is missing, not unreachable.
+// A server sends the system's words instead of its code: those of Linux and of Windows.
 bool NoSuchFile(const ISC_STATUS *status)
 {
     for (const ISC_STATUS *s = status; *s != isc_arg_end;) {
         const ISC_STATUS tag = *s++;
         if (tag == isc_arg_unix && *s == ENOENT)
             return true;
-        // The codes of a server on Windows for a missing file and a missing folder.
         if (tag == isc_arg_win32 && (*s == 2 || *s == 3))
             return true;
+        if (tag == isc_arg_interpreted) {
+            const QByteArray words(reinterpret_cast<const char *>(*s));
+            if (words.contains("No such file") || words.contains("cannot find the"))
+                return true;
+        }
         s += tag == isc_arg_cstring ? 2 : 1;
     }
     return false;
