@@ -19,7 +19,8 @@ TEST(Server, PrivateServerCreatesDatabasesForItsPlainUserAndStopsByItsPid)
     TpFIBQuery q;
     q.SetDatabase(&db);
     q.SetTransaction(&tr);
-    q.SetSQLText(QStringLiteral("select current_user from rdb$database"));
+    // Character sets other than the default one are there.
+    q.SetSQLText(QStringLiteral("select cast(current_user as varchar(31) character set win1251) from rdb$database"));
     q.ExecQuery();
     ASSERT_TRUE(q.Next());
     EXPECT_EQ(q.Fields(0).AsString().trimmed(), PrivateServer::SeatUser);

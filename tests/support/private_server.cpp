@@ -120,10 +120,18 @@ void PrivateServer::Configure()
     QDir dir(root);
     if (!dir.mkpath(QStringLiteral("lock")) || !dir.mkpath(QStringLiteral("data")))
         Fail(QStringLiteral("cannot make folders in %1").arg(root));
-    for (const char *part : {"firebird.msg", "intl", "plugins", "lib", "UDF"}) {
+    for (const char *part : {"firebird.msg", "plugins", "lib", "UDF"}) {
         const QString from = QStringLiteral("%1/%2").arg(QLatin1String(EngineFolder), QLatin1String(part));
         if (!QFile::link(from, dir.filePath(QLatin1String(part))))
             Fail(QStringLiteral("cannot link %1 (is firebird3.0-server-core installed?)").arg(from));
+    }
+    // The character sets' module is refused when its real path lies outside the root: a copy, not a link.
+    if (!dir.mkpath(QStringLiteral("intl")))
+        Fail(QStringLiteral("cannot make folders in %1").arg(root));
+    for (const char *part : {"intl/libfbintl.so", "intl/fbintl.conf"}) {
+        const QString from = QStringLiteral("%1/%2").arg(QLatin1String(EngineFolder), QLatin1String(part));
+        if (!QFile::copy(from, dir.filePath(QLatin1String(part))))
+            Fail(QStringLiteral("cannot copy %1 (is firebird3.0-server-core installed?)").arg(from));
     }
     if (!QFile::copy(QStringLiteral("/etc/firebird/3.0/plugins.conf"), dir.filePath(QStringLiteral("plugins.conf"))))
         Fail(QStringLiteral("cannot copy /etc/firebird/3.0/plugins.conf"));
