@@ -3,6 +3,7 @@
 #include "fib_errors.h"
 
 #include <QFile>
+#include <cerrno>
 #include <QRegularExpression>
 
 namespace {
@@ -31,6 +32,23 @@ void parseVersion(const QString &text, int &major, int &minor)
         major = m.captured(1).toInt();
         minor = m.captured(2).toInt();
     }
+}
+
+// An "open" of the database file that failed. The local engine adds the system's error number (only "no such
+// file" counts then); a server sends the system's text instead, so from a server any failed open counts.
+// Creating in its place is safe either way: the engine never creates over an existing file.
+bool statusSaysNoFile(const ISC_STATUS *status)
+{
+    bool openFailed = false;
+    for (const ISC_STATUS *p = status; *p != isc_arg_end;) {
+        const ISC_STATUS kind = *p++;
+        if (kind == isc_arg_gds && *p == isc_io_open_err)
+            openFailed = true;
+        if (kind == isc_arg_unix && openFailed)
+            return *p == ENOENT;
+        p += kind == isc_arg_cstring ? 2 : 1;
+    }
+    return openFailed;
 }
 
 } // namespace
@@ -95,6 +113,10 @@ void TFIBDatabase::CreateDatabase()
     m_client = &TFIBClientLibrary::Load(LibraryName);
 
     QByteArray sql = "CREATE DATABASE '" + QFile::encodeName(DBName) + "' ";
+    if (!UserName.isEmpty())
+        sql += "USER '" + UserName.toUtf8().replace('\'', "''") + "' ";
+    if (!Password.isEmpty())
+        sql += "PASSWORD '" + Password.toUtf8().replace('\'', "''") + "' ";
     sql += AnsiEncode(DBParams.join(QLatin1Char(' ')));
     ISC_STATUS_ARRAY status{};
     isc_tr_handle tr = 0;
@@ -115,12 +137,39 @@ void TFIBDatabase::Open()
     m_client = &TFIBClientLibrary::Load(LibraryName);
 
     const QByteArray path = QFile::encodeName(DBName);
+    const QByteArray dpb = AttachParameters();
     ISC_STATUS_ARRAY status{};
-    if (m_client->isc_attach_database(status, 0, path.constData(), &m_handle, 0, nullptr)) {
+    m_lastOpenFoundNoFile = false;
+    if (m_client->isc_attach_database(status, 0, path.constData(), &m_handle, static_cast<short>(dpb.size()),
+                                      dpb.isEmpty() ? nullptr : dpb.constData())) {
         m_handle = 0;
+        m_lastOpenFoundNoFile = statusSaysNoFile(status);
         RaiseFIBError(status, this);
     }
     ReadFacts();
+}
+
+QByteArray TFIBDatabase::AttachParameters() const
+{
+    if (UserName.isEmpty() && Password.isEmpty() && ConnectTimeout <= 0)
+        return {};
+    QByteArray dpb(1, char(isc_dpb_version1));
+    const auto add = [&](char item, const QByteArray &value) {
+        dpb.append(item);
+        dpb.append(char(qMin<qsizetype>(value.size(), 255)));
+        dpb.append(value.left(255));
+    };
+    if (!UserName.isEmpty())
+        add(isc_dpb_user_name, UserName.toUtf8());
+    if (!Password.isEmpty())
+        add(isc_dpb_password, Password.toUtf8());
+    if (ConnectTimeout > 0) {
+        QByteArray seconds;
+        for (int shift = 0; shift < 32; shift += 8)
+            seconds.append(char((quint32(ConnectTimeout) >> shift) & 0xff));
+        add(isc_dpb_connect_timeout, seconds);
+    }
+    return dpb;
 }
 
 void TFIBDatabase::ReadFacts()

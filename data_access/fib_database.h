@@ -37,6 +37,11 @@ public:
     int WaitForRestoreConnect = 0;
     QString DBName;
     QStringList DBParams;
+    // For a database on a server: who attaches and creates, and how many seconds the client waits for the
+    // server to answer an attach (0: the client library's own wait). All empty for the embedded engine.
+    QString UserName;
+    QString Password;
+    int ConnectTimeout = 0;
     // Called when the connection is found lost; setting the flag keeps the application running.
     std::function<void(TFIBDatabase *, bool &stop)> OnLostConnect;
 
@@ -47,6 +52,8 @@ public:
     void DropDatabase();
     bool Connected() const { return m_handle != 0; }
     void SetConnected(bool value);
+    // Whether the last Open failed because the engine found no database file under the name.
+    bool LastOpenFoundNoFile() const { return m_lastOpenFoundNoFile; }
 
     // Facts of the attachment, computed after attach or creation.
     bool IsFirebirdConnect() const { return m_isFirebird; }
@@ -79,6 +86,7 @@ public:
 private:
     void ReadFacts();
     void NotifyClosing();
+    QByteArray AttachParameters() const;
 
     isc_db_handle m_handle = 0;
     TFIBClientLibrary *m_client = nullptr;
@@ -89,6 +97,7 @@ private:
     int m_odsMajor = 0, m_odsMinor = 0;
     int m_dbDialect = 0;
     int m_charSet = 0;
+    bool m_lastOpenFoundNoFile = false;
 };
 
 class TpFIBDatabase : public TFIBDatabase
@@ -113,6 +122,9 @@ public:
     QStringList TRParams;
     TTransactionAction TimeoutAction = TARollback;
     int Timeout = 0;
+    // Every write statement that succeeds (insert, update, delete, procedure call, a dataset's post) is
+    // made durable at once by a retaining commit, so that other connections see it.
+    bool CommitRetainingAfterWrite = false;
 
     virtual void StartTransaction();
     virtual void Commit();

@@ -718,7 +718,8 @@ void TFIBDataSet::Post()
 
     m_changed[m_current] = m_editBuffer;
     SetState(dsBrowse);
-    if (AutoCommit && Transaction() && Transaction()->Active())
+    if ((AutoCommit || (Transaction() && Transaction()->CommitRetainingAfterWrite)) && Transaction()
+        && Transaction()->Active())
         Transaction()->CommitRetaining();
 
     if (!RefreshSQL.trimmed().isEmpty() && (Options & poRefreshAfterPost)) {

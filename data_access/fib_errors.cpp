@@ -131,6 +131,10 @@ void RaiseFIBError(const ISC_STATUS *status, QObject *raiser)
         throw error;
 }
 
+const QString TpFibErrorHandler::LockConflictText = QStringLiteral(
+    "Запись изменена другим пользователем, и его изменение ещё не сохранено.\r\n"
+    "Ваши изменения не записаны: сохраните их ещё раз чуть позже.");
+
 TpFibErrorHandler::TpFibErrorHandler(QObject *owner) : QObject(owner)
 {
     g_handler = this;
@@ -161,6 +165,9 @@ TKindIBError TpFibErrorHandler::KindOf(const EFIBError &error)
         return keCheck;
     if (error.SQLCode == -803 && (error.IBErrorCode == 335544349 || error.IBErrorCode == 335544665))
         return keUniqueViolation;
+    if (error.IBErrorCode == isc_lock_conflict || error.IBErrorCode == isc_deadlock
+        || error.IBErrorCode == isc_update_conflict)
+        return keLockConflict;
     return keOther;
 }
 
@@ -190,6 +197,9 @@ void TpFibErrorHandler::DoOnErrorEvent(QObject *sender, EFIBError &error, bool &
         break;
     case keLostConnect:
         HandleLostConnect(sender, error);
+        break;
+    case keLockConflict:
+        error.SetMessage(LockConflictText);
         break;
     default:
         break;
@@ -260,6 +270,9 @@ void TpFibErrorHandler::FindConstraintName(const EFIBError &error)
 
 void TpFibErrorHandler::HandleLostConnect(QObject *sender, const EFIBError &error)
 {
+    // An attach that failed had no connection to lose; whoever attached reads the error itself.
+    if (auto *db = dynamic_cast<TFIBDatabase *>(sender); db && !db->Connected())
+        return;
     if (error.IBErrorCode == 335544528)
         if (TFIBDatabase *db = DatabaseOf(sender))
             db->MarkConnectionLost();

@@ -83,7 +83,9 @@ public:
 int FIBErrorMessagesMask();
 void SetFIBErrorMessagesMask(int mask);
 
-enum TKindIBError { keNoError, keException, keForeignKey, keLostConnect, keSecurity, keCheck, keUniqueViolation, keOther };
+// keLockConflict: the row is being changed by another connection whose change is not committed yet.
+enum TKindIBError { keNoError, keException, keForeignKey, keLostConnect, keSecurity, keCheck, keUniqueViolation, keOther,
+                    keLockConflict };
 
 enum TOptionErrorHandler { oeException = 1, oeForeignKey = 2, oeLostConnect = 4, oeCheck = 8, oeUniqueViolation = 16 };
 
@@ -103,6 +105,8 @@ public:
     QStringList ErrorLexems{QStringLiteral("constraint"), QStringLiteral("index"), QStringLiteral("exception"),
                             QStringLiteral("at")};
     ErrorEvent OnFIBErrorEvent;
+    // What the user reads instead of the engine's text when another connection holds the row.
+    static const QString LockConflictText;
 
     // Results of the last analysis.
     TKindIBError LastErrorKind = keNoError;

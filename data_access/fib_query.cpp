@@ -231,6 +231,7 @@ void TFIBQuery::ExecQuery()
                                           static_cast<unsigned short>(bytes.size()), bytes.constData(), dialect,
                                           nullptr))
             RaiseFIBError(status, this);
+        CommitWriteIfAsked();
         return;
     }
 
@@ -256,6 +257,15 @@ void TFIBQuery::ExecQuery()
             RaiseFIBError(status, this);
         break;
     }
+    if (m_statementType != SQLSelect && m_statementType != SQLSelectForUpdate && m_statementType != SQLCommit
+        && m_statementType != SQLRollback)
+        CommitWriteIfAsked();
+}
+
+void TFIBQuery::CommitWriteIfAsked()
+{
+    if (m_transaction->CommitRetainingAfterWrite && m_transaction->Active())
+        m_transaction->CommitRetaining();
 }
 
 bool TFIBQuery::Next()

@@ -73,6 +73,7 @@ public:
 protected:
     void CheckReady(const QString &operation);
     void ReadBlobColumns();
+    void CommitWriteIfAsked();
 
 private:
     QString m_sql;

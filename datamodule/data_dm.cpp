@@ -15,6 +15,7 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSettings>
+#include <QThread>
 #include <QTimer>
 #include <QUrl>
 
@@ -178,6 +179,9 @@ void ResetApplicationTerminate() { g_terminate = false; }
 
 const QString TDataDM::InitErrorText = QStringLiteral(
     "E1001: Невозможно подключиться к файлу БД!\r\nРабота не возможна!\r\nОбратитесь к системному администратору.");
+const QString TDataDM::LostConnectionText = QStringLiteral(
+    "Связь с сервером базы данных %1:%2 потеряна: сервер остановлен или недоступен по сети.\r\n"
+    "Всё сохранённое до этого записано на сервере, последнее действие не выполнено. Программа будет закрыта.");
 const QString TDataDM::ConfigWriteErrorText = QStringLiteral("Не удалось записать значение в таблицу Config");
 
 TDataDM::TDataDM(QObject *owner, const QStringList &arguments) : QObject(owner)
@@ -246,6 +250,15 @@ void TDataDM::DataModuleCreate(const QStringList &arguments)
     BackupFolder = DataFolder + QStringLiteral("backup/");
     DbFileName = DbFolder + QStringLiteral("database.fdb");
     pFIBDatabaseMain.DBName = DbFileName;
+    if (!ReadServerSettings()) {
+        SetGlobalInitError(true);
+        return;
+    }
+    if (ServerMode()) {
+        // "TRACE" never throws a server's database away: other seats work in it.
+        ConnectToServer();
+        return;
+    }
 
     // "--restore FILE": the database of the backup takes the place of the present one before it is attached;
     // a failure is said and the present database is used as it is.
@@ -286,6 +299,110 @@ void TDataDM::DataModuleCreate(const QStringList &arguments)
 
     if (m_newDatabase)
         SetGlobalInitError(!UpdateDatabase());
+}
+
+bool TDataDM::ReadServerSettings()
+{
+    m_server = TFIBServer{};
+    QSettings ini(UserIniFileName(), QSettings::IniFormat);
+    ini.beginGroup(QStringLiteral("Database"));
+    const QString host = ini.value(QStringLiteral("Server")).toString().trimmed();
+    if (host.isEmpty())
+        return true;
+    m_server.Host = host;
+    m_server.Port = ini.value(QStringLiteral("Port"), ServerPort).toInt();
+    m_server.User = ini.value(QStringLiteral("User")).toString().trimmed();
+    m_server.Password = ini.value(QStringLiteral("Password")).toString();
+    const QString path = ini.value(QStringLiteral("Path")).toString().trimmed();
+    if (path.isEmpty()) {
+        Dialogs::Current().Show(Dialogs::Error,
+                                QStringLiteral("В разделе [Database] файла %1 указан сервер, но не указан путь к "
+                                               "базе данных на нём (Path).")
+                                    .arg(QDir::toNativeSeparators(UserIniFileName())),
+                                Dialogs::Ok);
+        return false;
+    }
+    DbFileName = path;
+    pFIBDatabaseMain.DBName = QStringLiteral("%1/%2:%3").arg(host).arg(m_server.Port).arg(path);
+    pFIBDatabaseMain.UserName = m_server.User;
+    pFIBDatabaseMain.Password = m_server.Password;
+    pFIBDatabaseMain.ConnectTimeout = qMax(1, ini.value(QStringLiteral("Timeout"), ServerConnectTimeoutS).toInt());
+    return true;
+}
+
+void TDataDM::ConnectToServer()
+{
+    const QString server = QStringLiteral("%1:%2").arg(m_server.Host).arg(m_server.Port);
+    const QString ini = QDir::toNativeSeparators(UserIniFileName());
+    const auto reasonOf = [&](const EFIBError &e) {
+        switch (e.IBErrorCode) {
+        case isc_login:
+            return QStringLiteral("Сервер базы данных %1 не принял имя пользователя «%2» или пароль.\r\n"
+                                  "Проверьте User и Password в разделе [Database] файла %3.")
+                .arg(server, m_server.User, ini);
+        case isc_network_error:
+        case isc_net_connect_err:
+        case isc_net_connect_listen_err:
+        case isc_connect_reject:
+            return QStringLiteral("Сервер базы данных %1 не отвечает.\r\nПроверьте, что сервер Firebird запущен "
+                                  "и доступен по сети, и раздел [Database] файла %2.")
+                .arg(server, ini);
+        default:
+            return QStringLiteral("Не удалось подключиться к базе данных %1 на сервере %2:\r\n%3")
+                .arg(DbFileName, server, e.IBMessage().trimmed());
+        }
+    };
+    QString why;
+    bool created = false;
+    ConnectTries = 0;
+    do {
+        ++ConnectTries;
+        try {
+            pFIBDatabaseMain.Open();
+        } catch (const EFIBError &e) {
+            why = reasonOf(e);
+            if (pFIBDatabaseMain.LastOpenFoundNoFile() && !created) {
+                // The server has no such database yet: it is made and deployed as the embedded start does.
+                created = true;
+                try {
+                    pFIBDatabaseMain.CreateDatabase();
+                    m_newDatabase = true;
+                } catch (const EFIBError &c) {
+                    why = QStringLiteral("Не удалось создать базу данных %1 на сервере %2:\r\n%3")
+                              .arg(DbFileName, server, c.IBMessage().trimmed());
+                    break;
+                }
+            }
+        } catch (const std::exception &e) {
+            why = QString::fromUtf8(e.what());
+        }
+    } while (!pFIBDatabaseMain.Connected() && ConnectTries < 5);
+
+    if (!pFIBDatabaseMain.Connected()) {
+        Dialogs::Current().Show(Dialogs::Error, why, Dialogs::Ok);
+        SetGlobalInitError(true);
+        return;
+    }
+    if (m_newDatabase && !UpdateDatabase()) {
+        SetGlobalInitError(true);
+        return;
+    }
+    // Each seat's confirmed work is durable at once, so the other seats see it at their next refresh.
+    pFIBTransaction1.CommitRetainingAfterWrite = true;
+    pFIBDatabaseMain.OnLostConnect = [this](TFIBDatabase *, bool &) { ServerConnectionLost(); };
+}
+
+void TDataDM::ServerConnectionLost()
+{
+    if (!m_connectionLost) {
+        m_connectionLost = true;
+        Dialogs::Current().Show(Dialogs::Error, LostConnectionText.arg(m_server.Host).arg(m_server.Port), Dialogs::Ok);
+    }
+    // Nothing more can be asked of the server; the run ends without its commit.
+    pFIBDatabaseMain.MarkConnectionLost();
+    RequestApplicationTerminate();
+    if (QCoreApplication::instance() && QThread::currentThread()->loopLevel() > 0)
+        QCoreApplication::exit(1);
 }
 
 QString TDataDM::MakeBackup(const QString &folder)
@@ -364,8 +481,11 @@ void TDataDM::DataModuleDestroy()
     pFIBTransaction1.Commit();
 }
 
-void TDataDM::pFibErrorHandler1FIBErrorEvent(QObject *sender, EFIBError &error, TKindIBError, bool &)
+void TDataDM::pFibErrorHandler1FIBErrorEvent(QObject *sender, EFIBError &error, TKindIBError kind, bool &)
 {
+    // That text is the handler's own, not the engine's.
+    if (kind == keLockConflict)
+        return;
     if (sender && dynamic_cast<TFIBQuery *>(sender))
         error.SetMessage(RepairUtf8Message(error.Message()));
 }

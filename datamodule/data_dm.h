@@ -7,6 +7,7 @@
 #include "fib_errors.h"
 #include "fib_query.h"
 #include "fib_script.h"
+#include "fib_services.h"
 
 #include <QHash>
 #include <QObject>
@@ -61,6 +62,19 @@ public:
     QString DbFileName;
     qint32 ConnectTries = 0;
     qint32 ChosenMaterialId = 0;
+
+    // Server mode: a [Database] section in the per-user ini file names a Firebird server (Server, Port),
+    // the database's path on it (Path), who attaches (User, Password) and how many seconds each try waits
+    // for an answer (Timeout). Without it the database is the embedded one under DbFolder. In server mode
+    // DbFileName is the path on the server.
+    bool ServerMode() const { return !m_server.Local(); }
+    // The server that keeps the database, empty (local) in embedded mode.
+    TFIBServer DatabaseServer() const { return m_server; }
+    static constexpr int ServerPort = 3050;
+    // Seconds an attach waits for the server to answer, on each of the five tries, unless Timeout says.
+    static constexpr int ServerConnectTimeoutS = 5;
+    // Said when the server connection is lost, before the program ends.
+    static const QString LostConnectionText;
 
     bool IsNewDatabase() const { return m_newDatabase; }
     // Runs the deployment scripts; true when all of them ran.
@@ -119,6 +133,11 @@ public:
 
 private:
     void DataModuleCreate(const QStringList &arguments);
+    // Reads the [Database] section; false (after saying why) when it names a server but no database.
+    bool ReadServerSettings();
+    // The five tries of an attach; in server mode a database the server does not have is created first.
+    void ConnectToServer();
+    void ServerConnectionLost();
     void Bind(TpFIBScripter &scripter, const QString &name);
     void CreateDataSets();
     // Closes, opens and locates the key in tConfig; raises when it is not there.
@@ -128,6 +147,8 @@ private:
     QHash<QString, TDataSource *> m_dataSources;
     QList<TFIBDataSet *> m_dataSetList;
 
+    TFIBServer m_server;
+    bool m_connectionLost = false;
     bool m_newDatabase = false;
     bool m_destroyed = false;
     QString m_lastScriptError;

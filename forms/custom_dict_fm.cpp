@@ -117,6 +117,9 @@ void TCustomDictFM::actOKExecute(QObject *)
         }
     } catch (const std::exception &error) {
         ErrorText = ExceptionMessage(error);
+        // Another seat holds the row: the user is told, and the card keeps what was typed for another OK.
+        if (auto *fib = dynamic_cast<const EFIBError *>(&error); fib && TpFibErrorHandler::KindOf(*fib) == keLockConflict)
+            Dialogs::Current().Show(Dialogs::Error, ErrorText);
     }
     if (!ErrorText.isEmpty())
         return;

@@ -286,7 +286,8 @@ void TGridFrame::ShowCardOfCurrentRow(const QString &caption, bool editMode, boo
     CardForm->SetEditMode(editMode);
     if (hideOk)
         CardForm->AdvGlowButton1->hide();
-    if (CardForm->ShowModal() == mrOk)
+    // A card that could not save (another seat held the row) leaves the grid to be read again.
+    if (CardForm->ShowModal() == mrOk || !CardForm->ErrorText.isEmpty())
         actRefresh->Execute();
 }
 
