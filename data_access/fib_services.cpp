@@ -4,6 +4,7 @@
 #include "fib_library.h"
 
 #include <QFile>
+#include <QThread>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -156,39 +157,14 @@ void TFIBServices::Restore(const QString &backupFile, const QString &database, b
     appendText(request, isc_spb_dbname, database.toUtf8(), 2);
     request.append(char(isc_spb_verbose));
     appendInt(request, isc_spb_options, replace ? isc_spb_res_replace : isc_spb_res_create);
-
-    bool made = false;
-    auto removeHalfMade = [&] {
-        if (local) {
-            QFile::remove(database);
-            return;
-        }
-        try {
-            if (made)
-                Drop(database);
-        } catch (const EFIBError &) {
-            // Nothing was made of it, or the server is gone: the run's own failure is what is said.
-        }
-    };
-    if (local) {
+    if (local)
         Run(request);
-    } else {
-        // A database that was there before is never the half-made one to remove.
-        made = !replace && !Exists(database);
-        if (!replace && !made)
-            throw EFIBClientError(0, QStringLiteral("База данных \"%1\" уже есть на сервере: восстановление в неё "
-                                                    "не выполнено.").arg(database));
-        try {
-            RestoreStreamed(request, backupFile);
-        } catch (...) {
-            removeHalfMade();
-            throw;
-        }
-    }
+    else
+        RestoreStreamed(request, backupFile);
     // A short backup file ends the run quietly half-way: what was made of it is no database to work on.
     if (!Finished(m_log, QStringLiteral("finishing, closing, and going home"))) {
-        if (!replace)
-            removeHalfMade();
+        if (local && !replace)
+            QFile::remove(database);
         throw EFIBClientError(0, QStringLiteral("Файл \"%1\" не является полной резервной копией базы данных: "
                                                 "восстановление прервано.").arg(backupFile));
     }
@@ -284,11 +260,24 @@ void TFIBServices::Run(const QByteArray &request, QFile *output, QFile *input)
     // of ours that fails is said only once the service has ended, so that it leaves nothing running.
     QByteArray reply(kReplySize, '\0');
     const char *const end = reply.constData() + reply.size();
+    auto ask = [&](ISC_STATUS *into, const QByteArray &send, const QByteArray &items) {
+        return client.isc_service_query(into, &service.handle, nullptr, static_cast<unsigned short>(send.size()),
+                                        send.constData(), static_cast<unsigned short>(items.size()), items.constData(),
+                                        static_cast<unsigned short>(reply.size()), reply.data()) == 0;
+    };
     auto query = [&](const QByteArray &send, const QByteArray &items) {
-        if (client.isc_service_query(status, &service.handle, nullptr, static_cast<unsigned short>(send.size()),
-                                     send.constData(), static_cast<unsigned short>(items.size()), items.constData(),
-                                     static_cast<unsigned short>(reply.size()), reply.data()))
-            RaiseFIBError(status, nullptr);
+        if (ask(status, send, items))
+            return;
+        // The failure is told before the service has let its database go; what follows a failed restore
+        // (a restore over what it left) finds the database in use unless the service has ended.
+        if (!m_server.Local()) {
+            ISC_STATUS_ARRAY more{};
+            for (int i = 0; i < 600 && ask(more, QByteArray(), QByteArray(1, char(isc_info_svc_running))) &&
+                            reply[0] == isc_info_svc_running && client.isc_vax_integer(reply.constData() + 1, 4) != 0;
+                 ++i)
+                QThread::msleep(50);
+        }
+        RaiseFIBError(status, nullptr);
     };
 
     if (output) {

@@ -31,8 +31,9 @@ public:
     // engine's own message when the service refuses or fails; through a server a failed run leaves no file.
     void Backup(const QString &database, const QString &backupFile);
     // Makes a new database `database` from `backupFile`; an existing database of that name is never
-    // replaced unless `replace`. A new database that a failed run left half-made is removed; one that
-    // replaced another is left to the caller, the one it replaced being gone.
+    // replaced unless `replace`. A new file that a failed run left half-made here is removed. A server
+    // keeps such a database shut down, out of reach of any attachment: only a restore over it (`replace`)
+    // reclaims it, which is left to the caller.
     void Restore(const QString &backupFile, const QString &database, bool replace = false);
 
     // Whether `database` exists on the server; raises when that cannot be told.

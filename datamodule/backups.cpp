@@ -105,26 +105,37 @@ QString TBackups::Restore(const QString &backupFile, const QString &keepFolder)
 QString TBackups::RestoreThroughServer(const QString &backupFile, const QString &keepFolder)
 {
     const QString failed = QStringLiteral("Не удалось восстановить базу данных из файла \"%1\".").arg(backupFile);
-    const QString side = m_database + QStringLiteral(".restoring");
-    auto dropSide = [&] {
-        try {
-            m_services.Drop(side);
-        } catch (const EFIBError &) {
-            // There was none, or the server is gone; one left over is dropped by the next restore.
-        }
-    };
-    dropSide();
-    explained(failed, [&] { m_services.Restore(backupFile, side); });
-
     QString kept;
     try {
         if (m_services.Exists(m_database))
             kept = Write(keepFolder.isEmpty() ? QFileInfo(backupFile).absolutePath() : keepFolder,
                          baseName(m_database) + QStringLiteral(" до восстановления "));
     } catch (const EFIBError &e) {
-        dropSide();
         refuse(QStringLiteral("Не удалось сохранить базу данных \"%1\" перед восстановлением: восстановление не "
                               "выполнено.\r\n").arg(m_database) + e.Message());
+    }
+
+    const QString side = m_database + QStringLiteral(".restoring");
+    auto dropSide = [&] {
+        try {
+            m_services.Drop(side);
+        } catch (const EFIBError &) {
+            // Left half-made with no database to overwrite it: the next restore replaces it.
+        }
+    };
+    try {
+        m_services.Restore(backupFile, side, true);
+    } catch (const EFIBError &e) {
+        // What is left of the side database is reclaimed by restoring the kept one over it.
+        if (!kept.isEmpty()) {
+            try {
+                m_services.Restore(kept, side, true);
+            } catch (const EFIBError &) {
+            }
+            QFile::remove(kept);
+        }
+        dropSide();
+        refuse(failed + QStringLiteral("\r\n") + e.Message());
     }
 
     try {

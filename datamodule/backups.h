@@ -4,10 +4,11 @@
 // Failures are raised as EFIBError with a Russian message that says what could not be done and why.
 //
 // Through a server the database file is out of reach of this machine and cannot be renamed aside, so a
-// restore keeps the replaced database as a backup on this machine instead. It first restores the chosen
-// file into a side database on the server: a file that is not a whole backup is refused there, before the
-// database is touched or its backup taken. Then the present database is backed up, and only then replaced
-// from the chosen file; should that replacing fail half-way, the kept backup is put back at once.
+// restore keeps the replaced database as a backup on this machine instead, taken first. The chosen file is
+// then restored into a side database on the server: a file that is not a whole backup fails there, with
+// the database untouched. Only then is the database replaced from it; should that fail half-way, the kept
+// backup is put back at once. The server keeps a half-made database shut down, out of reach even of a
+// drop, so a failed side database is overwritten with the kept one before it is dropped.
 
 #include "fib_services.h"
 
