@@ -4,7 +4,9 @@
 #include "fib_library.h"
 
 #include <QFile>
+#include <QThread>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -74,6 +76,36 @@ bool Finished(const QStringList &log, const QString &words)
     return false;
 }
 
+// The reply block of a service query holds at most this much, its length being two bytes.
+constexpr int kReplySize = 65000;
+// What a query sends to a service waiting for its input, leaving room for the item's own three bytes.
+constexpr qint64 kInputChunk = 60000;
+
+quint32 unsignedAt(TFIBClientLibrary &client, const char *p, short bytes)
+{
+    return quint32(client.isc_vax_integer(p, bytes)) & (bytes == 2 ? 0xFFFFu : 0xFFFFFFFFu);
+}
+
+// The system's own "no such file" behind the engine's error: the database is missing, not unreachable.
+// A server sends the system's words instead of its code: those of Linux and of Windows.
+bool NoSuchFile(const ISC_STATUS *status)
+{
+    for (const ISC_STATUS *s = status; *s != isc_arg_end;) {
+        const ISC_STATUS tag = *s++;
+        if (tag == isc_arg_unix && *s == ENOENT)
+            return true;
+        if (tag == isc_arg_win32 && (*s == 2 || *s == 3))
+            return true;
+        if (tag == isc_arg_interpreted) {
+            const QByteArray words(reinterpret_cast<const char *>(*s));
+            if (words.contains("No such file") || words.contains("cannot find the"))
+                return true;
+        }
+        s += tag == isc_arg_cstring ? 2 : 1;
+    }
+    return false;
+}
+
 } // namespace
 
 QString TFIBServer::ServiceManager() const
@@ -92,41 +124,122 @@ void TFIBServices::Backup(const QString &database, const QString &backupFile)
 {
     QByteArray request(1, char(isc_action_svc_backup));
     appendText(request, isc_spb_dbname, database.toUtf8(), 2);
-    appendText(request, isc_spb_bkp_file, backupFile.toUtf8(), 2);
-    request.append(char(isc_spb_verbose));
-    Run(request);
-    if (!Finished(m_log, QStringLiteral("closing file, committing, and finishing")))
-        throw EFIBClientError(0, QStringLiteral("Резервная копия не завершена: ") + m_log.value(m_log.size() - 1));
+    if (m_server.Local()) {
+        appendText(request, isc_spb_bkp_file, backupFile.toUtf8(), 2);
+        request.append(char(isc_spb_verbose));
+        Run(request);
+        if (!Finished(m_log, QStringLiteral("closing file, committing, and finishing")))
+            throw EFIBClientError(0, QStringLiteral("Резервная копия не завершена: ") + m_log.value(m_log.size() - 1));
+        return;
+    }
+
+    // The service's output is the backup itself, so it runs without its lines; an unfinished run ends
+    // with the service's error.
+    appendText(request, isc_spb_bkp_file, QByteArrayLiteral("stdout"), 2);
+    QFile file(backupFile);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        throw EFIBClientError(0, QStringLiteral("Не удалось создать файл \"%1\".").arg(backupFile));
+    try {
+        Run(request, &file);
+        if (file.size() == 0)
+            throw EFIBClientError(0, QStringLiteral("Резервная копия не завершена: сервер не передал ни одного байта."));
+    } catch (...) {
+        file.remove();
+        throw;
+    }
 }
 
-void TFIBServices::Restore(const QString &backupFile, const QString &database)
+void TFIBServices::Restore(const QString &backupFile, const QString &database, bool replace)
 {
+    const bool local = m_server.Local();
     QByteArray request(1, char(isc_action_svc_restore));
-    appendText(request, isc_spb_bkp_file, backupFile.toUtf8(), 2);
+    appendText(request, isc_spb_bkp_file, local ? backupFile.toUtf8() : QByteArrayLiteral("stdin"), 2);
     appendText(request, isc_spb_dbname, database.toUtf8(), 2);
     request.append(char(isc_spb_verbose));
-    appendInt(request, isc_spb_options, isc_spb_res_create);
-    Run(request);
+    appendInt(request, isc_spb_options, replace ? isc_spb_res_replace : isc_spb_res_create);
+    if (local)
+        Run(request);
+    else
+        RestoreStreamed(request, backupFile);
     // A short backup file ends the run quietly half-way: what was made of it is no database to work on.
     if (!Finished(m_log, QStringLiteral("finishing, closing, and going home"))) {
-        if (m_server.Local())
+        if (local && !replace)
             QFile::remove(database);
         throw EFIBClientError(0, QStringLiteral("Файл \"%1\" не является полной резервной копией базы данных: "
                                                 "восстановление прервано.").arg(backupFile));
     }
 }
 
-void TFIBServices::Run(const QByteArray &request)
+void TFIBServices::RestoreStreamed(const QByteArray &request, const QString &backupFile)
+{
+    QFile file(backupFile);
+    if (!file.open(QIODevice::ReadOnly))
+        throw EFIBClientError(0, QStringLiteral("Не удалось прочитать файл \"%1\".").arg(backupFile));
+    Run(request, nullptr, &file);
+}
+
+QByteArray TFIBServices::ServiceUser() const
+{
+    return (m_server.User.isEmpty() ? QStringLiteral("SYSDBA") : m_server.User).toUtf8();
+}
+
+QByteArray TFIBServices::DatabaseName(const QString &database) const
+{
+    if (m_server.Local())
+        return database.toUtf8();
+    const QString host = m_server.Port > 0 ? QStringLiteral("%1/%2").arg(m_server.Host).arg(m_server.Port) : m_server.Host;
+    return (host + QLatin1Char(':') + database).toUtf8();
+}
+
+bool TFIBServices::Exists(const QString &database)
+{
+    TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
+    QByteArray dpb(1, char(isc_dpb_version1));
+    appendText(dpb, isc_dpb_user_name, ServiceUser(), 1);
+    if (!m_server.Password.isEmpty())
+        appendText(dpb, isc_dpb_password, m_server.Password.toUtf8(), 1);
+    const QByteArray name = DatabaseName(database);
+    ISC_STATUS_ARRAY status{};
+    isc_db_handle handle = 0;
+    if (!client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()), dpb.constData())) {
+        client.isc_detach_database(status, &handle);
+        return true;
+    }
+    if (NoSuchFile(status))
+        return false;
+    RaiseFIBError(status, nullptr);
+    return false;
+}
+
+void TFIBServices::Drop(const QString &database)
+{
+    TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
+    QByteArray dpb(1, char(isc_dpb_version1));
+    appendText(dpb, isc_dpb_user_name, ServiceUser(), 1);
+    if (!m_server.Password.isEmpty())
+        appendText(dpb, isc_dpb_password, m_server.Password.toUtf8(), 1);
+    const QByteArray name = DatabaseName(database);
+    ISC_STATUS_ARRAY status{};
+    isc_db_handle handle = 0;
+    if (client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()), dpb.constData()))
+        RaiseFIBError(status, nullptr);
+    if (client.isc_drop_database(status, &handle)) {
+        ISC_STATUS_ARRAY ignored{};
+        client.isc_detach_database(ignored, &handle);
+        RaiseFIBError(status, nullptr);
+    }
+}
+
+void TFIBServices::Run(const QByteArray &request, QFile *output, QFile *input)
 {
     TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
     m_log.clear();
 
     // The engine inside the process still wants a user to run a service as.
-    const QByteArray user = (m_server.User.isEmpty() ? QStringLiteral("SYSDBA") : m_server.User).toUtf8();
     QByteArray attach;
     attach.append(char(isc_spb_version));
     attach.append(char(isc_spb_current_version));
-    appendText(attach, isc_spb_user_name, user, 1);
+    appendText(attach, isc_spb_user_name, ServiceUser(), 1);
     if (!m_server.Password.isEmpty())
         appendText(attach, isc_spb_password, m_server.Password.toUtf8(), 1);
 
@@ -143,18 +256,93 @@ void TFIBServices::Run(const QByteArray &request)
                                  request.constData()))
         RaiseFIBError(status, nullptr);
 
-    // The run ends when the service has no line left to give; a failure comes with the last query.
-    const char items[] = {isc_info_svc_line};
-    char buffer[4096];
-    for (;;) {
-        if (client.isc_service_query(status, &service.handle, nullptr, 0, nullptr, sizeof items, items,
-                                     sizeof buffer, buffer))
-            RaiseFIBError(status, nullptr);
-        if (buffer[0] != isc_info_svc_line)
-            break;
-        const int length = static_cast<int>(client.isc_vax_integer(buffer + 1, 2));
-        if (length == 0)
-            break;
-        m_log << QString::fromUtf8(buffer + 3, length);
+    // The run ends when the service has nothing left to give; a failure comes with the last query. A file
+    // of ours that fails is said only once the service has ended, so that it leaves nothing running.
+    QByteArray reply(kReplySize, '\0');
+    const char *const end = reply.constData() + reply.size();
+    auto ask = [&](ISC_STATUS *into, const QByteArray &send, const QByteArray &items) {
+        return client.isc_service_query(into, &service.handle, nullptr, static_cast<unsigned short>(send.size()),
+                                        send.constData(), static_cast<unsigned short>(items.size()), items.constData(),
+                                        static_cast<unsigned short>(reply.size()), reply.data()) == 0;
+    };
+    auto query = [&](const QByteArray &send, const QByteArray &items) {
+        if (ask(status, send, items))
+            return;
+        // The failure is told before the service has let its database go; what follows a failed restore
+        // (a restore over what it left) finds the database in use unless the service has ended.
+        if (!m_server.Local()) {
+            ISC_STATUS_ARRAY more{};
+            for (int i = 0; i < 600 && ask(more, QByteArray(), QByteArray(1, char(isc_info_svc_running))) &&
+                            reply[0] == isc_info_svc_running && client.isc_vax_integer(reply.constData() + 1, 4) != 0;
+                 ++i)
+                QThread::msleep(50);
+        }
+        RaiseFIBError(status, nullptr);
+    };
+
+    if (output) {
+        bool written = true;
+        for (;;) {
+            query(QByteArray(), QByteArray(1, char(isc_info_svc_to_eof)));
+            if (reply[0] != isc_info_svc_to_eof)
+                break;
+            const int length = int(unsignedAt(client, reply.constData() + 1, 2));
+            if (length == 0 && reply[3] != isc_info_data_not_ready)
+                break;
+            if (written)
+                written = output->write(reply.constData() + 3, length) == length;
+        }
+        if (!written || !output->flush())
+            throw EFIBClientError(0, QStringLiteral("Не удалось записать файл \"%1\".").arg(output->fileName()));
+        return;
     }
+
+    QByteArray items(1, char(isc_info_svc_line));
+    if (input)
+        items.prepend(char(isc_info_svc_stdin));
+    QByteArray send;
+    bool readFailed = false;
+    for (;;) {
+        query(send, items);
+        send.clear();
+        quint32 wanted = 0;
+        bool more = false;
+        for (const char *p = reply.constData(); p < end && *p != isc_info_end;) {
+            const char item = *p++;
+            if (item == isc_info_svc_stdin) {
+                wanted = unsignedAt(client, p, 4);
+                p += 4;
+            } else if (item == isc_info_svc_line) {
+                const int length = int(unsignedAt(client, p, 2));
+                if (length > 0) {
+                    m_log << QString::fromUtf8(p + 2, length);
+                    more = true;
+                }
+                p += 2 + length;
+            } else if (item == isc_info_data_not_ready || item == isc_info_truncated) {
+                more = true;
+            } else {
+                break;
+            }
+        }
+        if (wanted > 0) {
+            // Nothing sent is the end of the file for the service, also after a read that failed.
+            QByteArray chunk;
+            if (!readFailed) {
+                chunk = input->read(qMin<qint64>(wanted, kInputChunk));
+                readFailed = input->error() != QFileDevice::NoError;
+                if (readFailed)
+                    chunk.clear();
+            }
+            send.append(char(isc_info_svc_line));
+            send.append(char(chunk.size() & 0xFF));
+            send.append(char((chunk.size() >> 8) & 0xFF));
+            send.append(chunk);
+            continue;
+        }
+        if (!more)
+            break;
+    }
+    if (readFailed)
+        throw EFIBClientError(0, QStringLiteral("Не удалось прочитать файл \"%1\".").arg(input->fileName()));
 }

@@ -1,9 +1,13 @@
 #pragma once
 // Backups and restores of a database through the engine's service manager: the engine reads its own
 // pages, so a backup of a database in use is consistent, which a copy of the open file is not.
+// Through a server the backup file is on this machine, not the server's: the backup is streamed from the
+// service into the file and a restore streams the file to the service.
 
 #include <QString>
 #include <QStringList>
+
+class QFile;
 
 // Where the service manager is: an empty server is the engine inside this process.
 struct TFIBServer
@@ -24,16 +28,29 @@ public:
     explicit TFIBServices(const TFIBServer &server, const QString &libraryName = QString());
 
     // Writes a backup of `database` to `backupFile`, which must not exist yet. Raises EFIBError with the
-    // engine's own message when the service refuses or fails.
+    // engine's own message when the service refuses or fails; through a server a failed run leaves no file.
     void Backup(const QString &database, const QString &backupFile);
-    // Makes a new database `database` from `backupFile`; an existing file of that name is never replaced.
-    void Restore(const QString &backupFile, const QString &database);
+    // Makes a new database `database` from `backupFile`; an existing database of that name is never
+    // replaced unless `replace`. A new file that a failed run left half-made here is removed. A server
+    // keeps such a database shut down, out of reach of any attachment: only a restore over it (`replace`)
+    // reclaims it, which is left to the caller.
+    void Restore(const QString &backupFile, const QString &database, bool replace = false);
+
+    // Whether `database` exists on the server; raises when that cannot be told.
+    bool Exists(const QString &database);
+    // Removes `database` from the server; raises when it cannot.
+    void Drop(const QString &database);
 
     // What the service printed during the last run, one line each.
     QStringList Log() const { return m_log; }
 
 private:
-    void Run(const QByteArray &request);
+    // Runs the service to its end, its lines into Log(); through a server, what the service writes goes
+    // to `output` and what it reads comes from `input`.
+    void Run(const QByteArray &request, QFile *output = nullptr, QFile *input = nullptr);
+    QByteArray ServiceUser() const;
+    QByteArray DatabaseName(const QString &database) const;
+    void RestoreStreamed(const QByteArray &request, const QString &backupFile);
 
     TFIBServer m_server;
     QString m_libraryName;

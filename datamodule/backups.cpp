@@ -12,6 +12,14 @@ namespace {
 
 const QString kStamp = QStringLiteral("yyyy-MM-dd HH-mm-ss");
 
+// "database" of "/srv/shop/database.fdb", also of a path on a server that writes "\\".
+QString baseName(const QString &path)
+{
+    const QString name = path.mid(qMax(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\'))) + 1);
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 ? name.left(dot) : name;
+}
+
 [[noreturn]] void refuse(const QString &message) { throw EFIBClientError(0, message); }
 
 // The engine's own words behind ours.
@@ -28,7 +36,7 @@ void explained(const QString &what, F &&work)
 } // namespace
 
 TBackups::TBackups(const TFIBServer &server, const QString &database, const QString &libraryName)
-    : m_services(server, libraryName), m_database(database)
+    : m_server(server), m_services(server, libraryName), m_database(database)
 {
 }
 
@@ -65,10 +73,12 @@ QString TBackups::Write(const QString &folder, const QString &prefix)
     return path;
 }
 
-QString TBackups::Restore(const QString &backupFile)
+QString TBackups::Restore(const QString &backupFile, const QString &keepFolder)
 {
     if (!QFileInfo(backupFile).isFile())
         refuse(QStringLiteral("Файл резервной копии \"%1\" не найден.").arg(backupFile));
+    if (!m_server.Local())
+        return RestoreThroughServer(backupFile, keepFolder);
     // Restored beside the database first: a failure leaves the database as it was.
     const QString fresh = m_database + QStringLiteral(".restoring");
     QFile::remove(fresh);
@@ -90,4 +100,59 @@ QString TBackups::Restore(const QString &backupFile)
         refuse(QStringLiteral("Не удалось поставить восстановленную базу данных на место \"%1\".").arg(m_database));
     }
     return replacing ? kept : QString();
+}
+
+QString TBackups::RestoreThroughServer(const QString &backupFile, const QString &keepFolder)
+{
+    const QString failed = QStringLiteral("Не удалось восстановить базу данных из файла \"%1\".").arg(backupFile);
+    QString kept;
+    try {
+        if (m_services.Exists(m_database))
+            kept = Write(keepFolder.isEmpty() ? QFileInfo(backupFile).absolutePath() : keepFolder,
+                         baseName(m_database) + QStringLiteral(" до восстановления "));
+    } catch (const EFIBError &e) {
+        refuse(QStringLiteral("Не удалось сохранить базу данных \"%1\" перед восстановлением: восстановление не "
+                              "выполнено.\r\n").arg(m_database) + e.Message());
+    }
+
+    const QString side = m_database + QStringLiteral(".restoring");
+    auto dropSide = [&] {
+        try {
+            m_services.Drop(side);
+        } catch (const EFIBError &) {
+            // Left half-made with no database to overwrite it: the next restore replaces it.
+        }
+    };
+    try {
+        m_services.Restore(backupFile, side, true);
+    } catch (const EFIBError &e) {
+        // What is left of the side database is reclaimed by restoring the kept one over it.
+        if (!kept.isEmpty()) {
+            try {
+                m_services.Restore(kept, side, true);
+            } catch (const EFIBError &) {
+            }
+            QFile::remove(kept);
+        }
+        dropSide();
+        refuse(failed + QStringLiteral("\r\n") + e.Message());
+    }
+
+    try {
+        m_services.Restore(backupFile, m_database, true);
+    } catch (const EFIBError &e) {
+        QString what = failed + QStringLiteral("\r\n") + e.Message();
+        if (!kept.isEmpty()) {
+            try {
+                m_services.Restore(kept, m_database, true);
+                what += QStringLiteral("\r\nБаза данных возвращена в прежнее состояние.");
+            } catch (const EFIBError &) {
+                what += QStringLiteral("\r\nПрежняя база данных сохранена в файле \"%1\".").arg(kept);
+            }
+        }
+        dropSide();
+        refuse(what);
+    }
+    dropSide();
+    return kept;
 }

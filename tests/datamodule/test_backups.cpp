@@ -1,7 +1,9 @@
-// The shop's backups: every table's rows survive a backup and a restore, the automatic ones are kept to
-// seven, and whatever fails leaves the database as it was, with a Russian message.
+// The shop's backups, of the database in this process and of one on a server: every table's rows survive
+// a backup and a restore, the automatic ones are kept to seven, and whatever fails leaves the database as
+// it was, with a Russian message.
 #include "backups.h"
 #include "database_test.h"
+#include "private_server.h"
 
 #include <QDir>
 #include <QFile>
@@ -27,6 +29,44 @@ QStringList RowCounts(TestDatabase &t)
     return counts;
 }
 
+// The rows of the database a backup file holds, restored here to be counted (the engine here takes
+// only names in the system's encoding, which in tests is ASCII).
+QStringList RowCountsOf(const QString &backupFile)
+{
+    QTemporaryDir dir;
+    const QString copy = dir.filePath("counted.fbk"), restored = dir.filePath("counted.fdb");
+    EXPECT_TRUE(QFile::copy(backupFile, copy));
+    TFIBServices(TFIBServer{}).Restore(copy, restored);
+    TestDatabase t("counted.fdb", restored);
+    return RowCounts(t);
+}
+
+TFIBServer Server(const QString &password = PrivateServer::SysdbaPassword)
+{
+    return TFIBServer{PrivateServer::Host(), PrivateServer::Shared().Port(), PrivateServer::SysdbaUser, password};
+}
+
+// A database on the server made from a local one, under a name no other test uses.
+QString OnServer(TestDatabase &local, const QString &name)
+{
+    const QString file = TBackups(TFIBServer{}, local.Path()).Make(QDir(local.Folder()).filePath("to server"));
+    const QString path = QDir(PrivateServer::Shared().DataFolder()).filePath(name);
+    TFIBServices(Server()).Restore(file, path);
+    return path;
+}
+
+// A file of `size` bytes: the first ones of `from`, or junk.
+QString Written(const QString &path, qint64 size, const QString &from = QString())
+{
+    QByteArray bytes(size, 'x');
+    QFile in(from);
+    if (!from.isEmpty() && in.open(QIODevice::ReadOnly))
+        bytes = in.read(size);
+    QFile out(path);
+    EXPECT_TRUE(out.open(QIODevice::WriteOnly) && out.write(bytes) == size);
+    return path;
+}
+
 } // namespace
 
 TEST(Backups, EveryTableRoundTripsAndTheReplacedDatabaseStaysBeside)
@@ -49,19 +89,58 @@ TEST(Backups, EveryTableRoundTripsAndTheReplacedDatabaseStaysBeside)
     EXPECT_EQ(RowCounts(restored), before);
 
     // Not a backup, half a backup, a missing file: the database in place stays as it is.
-    QFile junk(QDir(t.Folder()).filePath("junk.fbk"));
-    ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
-    junk.write(QByteArray(8192, 'x'));
-    junk.close();
-    QFile half(QDir(t.Folder()).filePath("half.fbk"));
-    ASSERT_TRUE(QFile::copy(file, half.fileName()));
-    ASSERT_TRUE(half.resize(half.size() / 2));
     const qint64 size = QFileInfo(t.Path()).size();
-    for (const QString &bad : {junk.fileName(), half.fileName(), QDir(t.Folder()).filePath("none.fbk")}) {
+    for (const QString &bad : {Written(QDir(t.Folder()).filePath("junk.fbk"), 8192),
+                               Written(QDir(t.Folder()).filePath("half.fbk"), QFileInfo(file).size() / 2, file),
+                               QDir(t.Folder()).filePath("none.fbk")}) {
         EXPECT_TRUE(ErrorOf([&] { backups.Restore(bad); }).contains(bad)) << bad.toStdString();
         EXPECT_EQ(QFileInfo(t.Path()).size(), size);
         EXPECT_FALSE(QFile::exists(t.Path() + ".restoring"));
     }
+}
+
+TEST(Backups, ThroughAServerEveryTableRoundTripsAndTheReplacedDatabaseIsKeptAsABackupHere)
+{
+    DeployedDatabase shop;
+    shop.Exec("insert into CUST (CUSTNAME) values ('Иванов')");
+    shop.CommitAndRestart();
+    const QStringList before = RowCounts(shop);
+    const QString shopFile = TBackups(TFIBServer{}, shop.Path()).Make(QDir(shop.Folder()).filePath("local"));
+
+    // The server's database is at first another one, which the restore must keep.
+    TestDatabase other;
+    other.Exec("create table A (ID integer)");
+    other.CommitAndRestart();
+    const QString onServer = OnServer(other, "round trip.fdb");
+    const QString side = onServer + ".restoring";
+    TBackups backups(Server(), onServer);
+    backups.Now = QDateTime(QDate(2026, 11, 23), QTime(9, 15));
+    const QString folder = QDir(shop.Folder()).filePath("backup");
+    const QString kept = backups.Restore(shopFile, folder);
+    EXPECT_EQ(kept, QDir(folder).filePath("round trip до восстановления 2026-11-23 09-15-00.fbk"));
+    EXPECT_EQ(RowCountsOf(kept), QStringList{"A=0"});
+    EXPECT_FALSE(QFile::exists(side));
+    const QString made = backups.Make(folder);
+    EXPECT_EQ(RowCountsOf(made), before);
+
+    // Not a backup, half a backup, a folder that cannot keep the replaced database: nothing is kept, and
+    // the server's database is the one it was.
+    const QString blocker = Written(QDir(shop.Folder()).filePath("file"), 0);
+    const struct
+    {
+        QString file, keepFolder, error;
+    } refused[] = {
+        {Written(QDir(shop.Folder()).filePath("junk.fbk"), 8192), folder, "junk.fbk"},
+        {Written(QDir(shop.Folder()).filePath("half.fbk"), QFileInfo(made).size() / 2, made), folder, "half.fbk"},
+        {made, blocker + "/backup", "недоступна для записи"},
+    };
+    for (const auto &r : refused) {
+        const QString error = ErrorOf([&] { backups.Restore(r.file, r.keepFolder); });
+        EXPECT_TRUE(error.contains(r.error)) << error.toStdString();
+        EXPECT_FALSE(QFile::exists(side)) << r.file.toStdString();
+    }
+    EXPECT_EQ(QDir(folder).entryList({"*.fbk"}).size(), 2);
+    EXPECT_EQ(RowCountsOf(backups.Make(folder)), before);
 }
 
 TEST(Backups, SevenAutomaticBackupsAreKeptAndAFolderThatCannotBeWrittenIsSaidSo)
@@ -69,23 +148,42 @@ TEST(Backups, SevenAutomaticBackupsAreKeptAndAFolderThatCannotBeWrittenIsSaidSo)
     TestDatabase t;
     t.Exec("create table A (ID integer)");
     t.CommitAndRestart();
-    const QString folder = QDir(t.Folder()).filePath("backup");
-    TBackups backups(TFIBServer{}, t.Path());
-    QStringList made;
-    for (int day = 1; day <= 8; ++day) {
-        backups.Now = QDateTime(QDate(2026, 11, day), QTime(18, 30));
-        made << QFileInfo(backups.MakeAutomatic(folder)).fileName();
+    const QString blocker = Written(QDir(t.Folder()).filePath("file"), 0);
+    const struct
+    {
+        QString name;
+        TFIBServer server;
+        QString database;
+    } places[] = {{"here", TFIBServer{}, t.Path()}, {"on the server", Server(), OnServer(t, "seven.fdb")}};
+    for (const auto &place : places) {
+        SCOPED_TRACE(place.name.toStdString());
+        const QString folder = QDir(t.Folder()).filePath("backup " + place.name);
+        TBackups backups(place.server, place.database);
+        QStringList made;
+        for (int day = 1; day <= 8; ++day) {
+            backups.Now = QDateTime(QDate(2026, 11, day), QTime(18, 30));
+            made << QFileInfo(backups.MakeAutomatic(folder)).fileName();
+        }
+        EXPECT_EQ(made.first(), "auto 2026-11-01 18-30-00.fbk");
+        EXPECT_EQ(QDir(folder).entryList({"*.fbk"}, QDir::Files, QDir::Name), made.mid(1));
+        // A backup by hand is never counted among the automatic ones.
+        backups.Make(folder);
+        EXPECT_EQ(QDir(folder).entryList({"*.fbk"}).size(), 8);
+        EXPECT_TRUE(ErrorOf([&] { backups.Make(blocker + "/backup"); }).contains("недоступна для записи"));
     }
-    EXPECT_EQ(made.first(), "auto 2026-11-01 18-30-00.fbk");
-    EXPECT_EQ(QDir(folder).entryList({"*.fbk"}, QDir::Files, QDir::Name), made.mid(1));
-    // A backup by hand is never counted among the automatic ones.
-    backups.Make(folder);
-    EXPECT_EQ(QDir(folder).entryList({"*.fbk"}).size(), 8);
 
-    QFile blocker(QDir(t.Folder()).filePath("file"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    EXPECT_TRUE(ErrorOf([&] { backups.Make(blocker.fileName() + "/backup"); }).contains("недоступна для записи"));
+    // A server that refuses the user, a database it does not have: no file is left half-made.
+    const QString folder = QDir(t.Folder()).filePath("refused");
+    for (const auto &[server, database] : {std::pair{Server("wrong"), places[1].database},
+                                           std::pair{Server(), places[1].database + ".none"}}) {
+        const QString error = ErrorOf([&] { TBackups(server, database).Make(folder); });
+        EXPECT_TRUE(error.startsWith("Не удалось создать резервную копию базы данных.")) << error.toStdString();
+        EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList());
+    }
+    const QString local = TBackups(TFIBServer{}, t.Path()).Make(folder);
+    EXPECT_TRUE(ErrorOf([&] { TBackups(Server("wrong"), places[1].database).Restore(local, folder); })
+                    .contains("восстановление не выполнено"));
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{QFileInfo(local).fileName()});
 }
 
 #include "data_dm_fixture.h"
