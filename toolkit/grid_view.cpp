@@ -162,8 +162,8 @@ void TDBGridView::SetColumnAutoWidth(bool value)
 
 void TDBGridView::ApplyEditTriggers()
 {
-    setEditTriggers(m_editing ? QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed
-                                    | QAbstractItemView::AnyKeyPressed
+    setEditTriggers(m_editing ? QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked
+                                    | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed
                               : QAbstractItemView::NoEditTriggers);
 }
 
@@ -350,8 +350,11 @@ QModelIndex TDBGridView::moveCursor(CursorAction cursorAction, Qt::KeyboardModif
 
 void TDBGridView::mouseDoubleClickEvent(QMouseEvent *event)
 {
+    const QModelIndex index = indexAt(event->position().toPoint());
     QTableView::mouseDoubleClickEvent(event);
-    if (indexAt(event->position().toPoint()).isValid())
+    // A double click that opened a cell's editor belongs to the edit: the window's own double click
+    // (a card, a choice) would take the cell away from the user.
+    if (index.isValid() && state() != EditingState)
         emit DblClick();
 }
 

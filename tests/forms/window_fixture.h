@@ -189,6 +189,24 @@ protected:
         view->model()->setData(index, value, Qt::EditRole);
         QTest::qWait(30);
     }
+    // Double-clicks a cell, types over its value and presses Return, as a user changes a cell; a window
+    // that the double click opened instead is closed and fails the test.
+    static void TypeInCell(TGridFrame *frame, int row, const QString &field, const QString &text)
+    {
+        TDBGridView *view = frame->GridView;
+        const QPoint cell =
+            view->visualRect(view->model()->index(row, view->IndexOf(view->FindColumnByFieldName(field)))).center();
+        ModalDriver none(300);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, cell);
+        EXPECT_EQ(none.Failures, QStringList()) << field.toStdString();
+        const QList<QLineEdit *> editors = view->viewport()->findChildren<QLineEdit *>();
+        ASSERT_EQ(editors.size(), 1) << field.toStdString() << ": no cell editor";
+        editors[0]->selectAll();
+        QTest::keyClicks(editors[0], text);
+        QTest::keyClick(editors[0], Qt::Key_Return);
+        QTest::qWait(30);
+    }
     // What the editor of a field in a card holds.
     static QVariant Value(QWidget *card, const QString &field)
     {

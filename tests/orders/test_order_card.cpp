@@ -106,7 +106,7 @@ TEST_F(OrderCard, AWholeOrderEnteredThroughTheWindows)
 
         SetCell(card->frmOrdServ, 0, "HOURS", 3);
         EXPECT_EQ(Column(card->frmOrdServ, "SUMM0"), QStringList{"1800"});
-        SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, {{"IDMAT_LKP_MAT_F_MATNAME", materials[1]}}), "OCNT", 2);
+        TypeInCell(card->frmOrdMat, RowOf(card->frmOrdMat, {{"IDMAT_LKP_MAT_F_MATNAME", materials[1]}}), "OCNT", "2");
         EXPECT_NEAR(StoredSum(order), 1800 + 1800, 0.01) << "lines made with no order count once a cell attaches them";
         SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, {{"IDMAT_LKP_MAT_F_MATNAME", materials[0]}}), "DISCOUNT", 10);
         SetCell(card->frmOrdMat, RowOf(card->frmOrdMat, {{"IDMAT_LKP_MAT_F_MATNAME", materials[2]}}), "OCNT", 3);

@@ -8,6 +8,7 @@
 #include "toolkit_fixture.h"
 
 #include <QContextMenuEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -202,6 +203,12 @@ TEST_F(GridViewTest, RightClickShowsThePopupMenuDoubleClickIsToldAndCellsAreEdit
     name->SetEditable(true);
     seen << editable(cell) << editable(model->index(1, view->FindColumnByFieldName("PRICE")->Index()));
     EXPECT_EQ(seen, QList<bool>({false, false, true, false}));
+    // A double click on an editable cell opens its editor and is not told as the grid's double click.
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(cell).center());
+    const QList<QLineEdit *> editors = view->viewport()->findChildren<QLineEdit *>();
+    EXPECT_EQ(QList<int>({int(clicks.count()), int(editors.size())}), QList<int>({1, 1}));
+    for (QLineEdit *editor : editors)
+        QTest::keyClick(editor, Qt::Key_Escape);
 
     QSignalSpy edited(view, &TDBGridView::EditValueChanged);
     ASSERT_TRUE(model->setData(cell, "Фильтр масляный", Qt::EditRole));
