@@ -254,21 +254,22 @@ void TDataDM::DataModuleCreate(const QStringList &arguments)
         SetGlobalInitError(true);
         return;
     }
+
+    // "--restore FILE": the database of the backup takes the place of the present one before it is attached;
+    // a failure is said and the present database is used as it is. Through a server the replaced database
+    // is kept as a backup in the backup folder.
+    const qsizetype restore = arguments.indexOf(QStringLiteral("--restore"));
+    if (restore > 0 && restore + 1 < arguments.size()) {
+        try {
+            Backups().Restore(arguments.at(restore + 1), ServerMode() ? BackupFolder : QString());
+        } catch (const EFIBError &e) {
+            Dialogs::Current().Show(Dialogs::Error, e.Message());
+        }
+    }
     if (ServerMode()) {
         // "TRACE" never throws a server's database away: other seats work in it.
         ConnectToServer();
         return;
-    }
-
-    // "--restore FILE": the database of the backup takes the place of the present one before it is attached;
-    // a failure is said and the present database is used as it is.
-    const qsizetype restore = arguments.indexOf(QStringLiteral("--restore"));
-    if (restore > 0 && restore + 1 < arguments.size()) {
-        try {
-            TBackups(TFIBServer{}, DbFileName, pFIBDatabaseMain.LibraryName).Restore(arguments.at(restore + 1));
-        } catch (const EFIBError &e) {
-            Dialogs::Current().Show(Dialogs::Error, e.Message());
-        }
     }
 
     m_newDatabase = false;
@@ -405,11 +406,16 @@ void TDataDM::ServerConnectionLost()
         QCoreApplication::exit(1);
 }
 
+TBackups TDataDM::Backups() const
+{
+    return TBackups(m_server, DbFileName, pFIBDatabaseMain.LibraryName);
+}
+
 QString TDataDM::MakeBackup(const QString &folder)
 {
     if (pFIBTransaction1.Active())
         pFIBTransaction1.CommitRetaining();
-    return TBackups(TFIBServer{}, DbFileName, pFIBDatabaseMain.LibraryName).Make(folder);
+    return Backups().Make(folder);
 }
 
 void TDataDM::AutomaticBackup()
@@ -418,7 +424,7 @@ void TDataDM::AutomaticBackup()
         return;
     if (pFIBTransaction1.Active())
         pFIBTransaction1.CommitRetaining();
-    TBackups(TFIBServer{}, DbFileName, pFIBDatabaseMain.LibraryName).MakeAutomatic(BackupFolder);
+    Backups().MakeAutomatic(BackupFolder);
 }
 
 QString TDataDM::UserIniFileName()

@@ -1,6 +1,7 @@
 #pragma once
 // The data module: the one connection, the one transaction and everything the windows share.
 
+#include "backups.h"
 #include "fib_database.h"
 #include "fib_dataset.h"
 #include "fib_datasource.h"
@@ -138,6 +139,8 @@ private:
     // The five tries of an attach; in server mode a database the server does not have is created first.
     void ConnectToServer();
     void ServerConnectionLost();
+    // The backups of the database, through the server's service manager in server mode.
+    TBackups Backups() const;
     void Bind(TpFIBScripter &scripter, const QString &name);
     void CreateDataSets();
     // Closes, opens and locates the key in tConfig; raises when it is not there.

@@ -286,8 +286,9 @@ void TGridFrame::ShowCardOfCurrentRow(const QString &caption, bool editMode, boo
     CardForm->SetEditMode(editMode);
     if (hideOk)
         CardForm->AdvGlowButton1->hide();
-    // A card that could not save (another seat held the row) leaves the grid to be read again.
-    if (CardForm->ShowModal() == mrOk || !CardForm->ErrorText.isEmpty())
+    // On a server, a card that could not save (another seat held the row) leaves the grid to be read again.
+    const bool saved = CardForm->ShowModal() == mrOk;
+    if (saved || (!CardForm->ErrorText.isEmpty() && DataDM && DataDM->ServerMode()))
         actRefresh->Execute();
 }
 
