@@ -20,13 +20,10 @@ TEST_F(CashTest, AnEmployeeIsFoundByEachFilterAndOddTextBreaksNothing)
     ASSERT_EQ(Column(employees->frmEmployee, "EMPLNAME").size(), 3);
     ExpectRussianTitles(employees->frmEmployee);
     const struct { QWidget *editor; QString value; QStringList found; } cases[] = {
-        {employees->edEmplName, "петров", {"Петров П."}},
-        {employees->edEmplName, "o'brien", {"O'Brien_100%"}},
-        {employees->edEmplName, "n_1", {"O'Brien_100%"}},
-        {employees->edEmplName, "0%", {"O'Brien_100%"}},
+        {employees->edEmplName, "петров", {"Петров П."}},   {employees->edEmplName, "o'brien", {"O'Brien_100%"}},
+        {employees->edEmplName, "n_1", {"O'Brien_100%"}},    {employees->edEmplName, "0%", {"O'Brien_100%"}},
         {employees->edEmplName, "'); delete from EMPLS; --", {}},
-        {employees->cbPosition, "Главный бухгалтер", {"Петров П."}},
-        {employees->cbStatus, "Активен", {"Соколов Д.", "O'Brien_100%"}},
+        {employees->cbPosition, "Главный бухгалтер", {"Петров П."}}, {employees->cbStatus, "Активен", {"Соколов Д.", "O'Brien_100%"}},
         // An employee with no address passes every address filter.
         {employees->edAddress, "ЛЕНИНА", {"Соколов Д.", "Петров П."}},
         {employees->edAddress, "10%", {"Соколов Д.", "O'Brien_100%"}},

@@ -81,14 +81,10 @@ TEST_F(AutoWindowTest, EachFilterFindsItsVehicleAndPatternSignsOrQuotesBreakNoth
     Exec("insert into AUTO (REG, DEL) values ('У000УУ', 1)");
     const QStringList found{"Е555КХ"};
     const QList<std::pair<std::function<void()>, QStringList>> cases = {
-        {[&] { TypeText(autos->edReg, "е555"); }, found},
-        {[&] { TypeText(autos->edVIN, "wvw%_"); }, found},
-        {[&] { TypeText(autos->edDrive, "бенз"); }, found},
-        {[&] { TypeText(autos->edColName, "КРАС"); }, found},
-        {[&] { Pick(autos->lcbModel, "Fabia"); }, found},
-        {[&] { Pick(autos->lcbMark, "Skoda"); }, found},
-        {[&] { Pick(autos->lcbYear, "2013"); }, found},
-        {[&] { autos->cbDel->click(); }, {"У000УУ"}},
+        {[&] { TypeText(autos->edReg, "е555"); }, found},      {[&] { TypeText(autos->edVIN, "wvw%_"); }, found},
+        {[&] { TypeText(autos->edDrive, "бенз"); }, found},    {[&] { TypeText(autos->edColName, "КРАС"); }, found},
+        {[&] { Pick(autos->lcbModel, "Fabia"); }, found},      {[&] { Pick(autos->lcbMark, "Skoda"); }, found},
+        {[&] { Pick(autos->lcbYear, "2013"); }, found},        {[&] { autos->cbDel->click(); }, {"У000УУ"}},
         {[&] { TypeText(autos->edReg, "'"); }, {}},
     };
     for (const auto &[set, expected] : cases) {

@@ -65,14 +65,10 @@ TEST_F(LineCards, ServiceCardWritesTheChosenServiceIntoTheNewLineOrNoneFromAnEmp
         EXPECT_GE(Column(c->frmServices, "ID").size(), 2);
         // Filters: contains on each field, all together; patterns and quotes are text.
         const QList<std::tuple<QWidget *, QString, QStringList>> cases = {
-            {c->edName, "масл", {"Замена масла"}},
-            {c->edName, "", {}},
-            {c->edArticul, "М_1", {"Замена масла", "Мойка 100%"}},
-            {c->edArticul, "", {}},
-            {c->edCode, "0%2", {"Мойка 100%"}},
-            {c->edName, "Мойка 100", {"Мойка 100%"}},
-            {c->edName, "'", {}},
-            {c->edName, "", {}},
+            {c->edName, "масл", {"Замена масла"}},                    {c->edName, "", {}},
+            {c->edArticul, "М_1", {"Замена масла", "Мойка 100%"}},   {c->edArticul, "", {}},
+            {c->edCode, "0%2", {"Мойка 100%"}},                      {c->edName, "Мойка 100", {"Мойка 100%"}},
+            {c->edName, "'", {}},                                    {c->edName, "", {}},
             {c->edCode, "", {}},
         };
         for (const auto &[editor, text, names] : cases) {

@@ -194,12 +194,10 @@ TEST_F(OrderCard, RefusedInputLeavesTheStoredOrderIntact)
     Exec(QString("insert into ORDMAT (IDORDER, IDMAT, OCNT) values (%1, %2, 1)").arg(order).arg(NewMaterial("Щётка", 40, 5)));
     const QString lines = Lines(order);
     const double sum = StoredSum(order);
+    const QString hours = "Количество часов должно быть от 0 до 1 000 000", count = "Количество должно быть целым числом от 1 до 1 000 000";
     const struct { bool services; const char *field; QVariant value; QString message; } cases[] = {
         {true, "DISCOUNT", 150, "Скидка должна быть от 0 до 100 %"},
-        {true, "HOURS", -2, "Количество часов должно быть от 0 до 1 000 000"},
-        {true, "HOURS", "abc", "Количество часов должно быть от 0 до 1 000 000"},
-        {false, "OCNT", -3, "Количество должно быть целым числом от 1 до 1 000 000"},
-        {false, "OCNT", 1e12, "Количество должно быть целым числом от 1 до 1 000 000"},
+        {true, "HOURS", -2, hours}, {true, "HOURS", "abc", hours}, {false, "OCNT", -3, count}, {false, "OCNT", 1e12, count},
         {false, "OCNT", 50, "На складе недостаточно данного материала."},
     };
     OnOrder(order, [&](TOrdersCardFM *card) {

@@ -15,7 +15,8 @@ namespace {
 
 using CataloguesTest = CatalogueTest;
 
-TEST_F(CataloguesTest, EachWindowHasRussianTitlesAndItsRightsRegisteredAndHonoured)
+// What the read-only role may do in these windows is held by the day's suite, over every window.
+TEST_F(CataloguesTest, EachWindowHasRussianTitlesAndItsRightsRegistered)
 {
     const struct { std::function<TListFM *()> show; QString key, title, card; } windows[] = {
         {[this] { return Show<TMaterialsFM>(); }, "MaterialsFM.frmMaterials", "Справочник материалов", "MaterialsCardFM"},
@@ -24,30 +25,18 @@ TEST_F(CataloguesTest, EachWindowHasRussianTitlesAndItsRightsRegisteredAndHonour
          "frmOperationTypeDictFM"},
     };
     for (const auto &w : windows) {
-        CurrentRoleId = 1;
-        TListFM *window = w.show();
-        TGridFrame *frame = window->Frame;
+        TGridFrame *frame = w.show()->Frame;
         EXPECT_EQ(frame->RightsKey(), w.key);
         ExpectRussianTitles(frame);
         EXPECT_GT(frame->GridView->RowCount(), 0) << w.key.toStdString();
         EXPECT_EQ(Scalar("select ACTNAME from ACTIONS where TACTION = '" + w.key + "'").toString(), w.title);
         EXPECT_TRUE(frame->actAdd->isEnabled() && frame->actEdit->isEnabled() && frame->actDel->isEnabled());
-
         OnCard(frame->actEdit, {[&](TCustomDictFM *card) {
             EXPECT_EQ(card->objectName(), w.card);
             EXPECT_GT(CardTexts(card).size(), 2) << w.card.toStdString();
             EXPECT_EQ(NotRussian(CardTexts(card)), QStringList()) << w.card.toStdString();
             card->AdvGlowButton2->click();
         }});
-
-        // The seeded read-only role sees the rows and can change nothing.
-        CurrentRoleId = 3;
-        frame = w.show()->Frame;
-        EXPECT_GT(frame->GridView->RowCount(), 0);
-        EXPECT_EQ(QList<bool>({frame->actRefresh->isEnabled(), frame->actAdd->isEnabled(), frame->actEdit->isEnabled(),
-                               frame->actDel->isEnabled()}),
-                  QList<bool>({true, false, false, false}))
-            << w.key.toStdString();
     }
     EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
 }

@@ -99,17 +99,13 @@ TEST_F(MaterialsTest, FiltersFindTheTextAnywhereAndOddTextBreaksNothing)
     ASSERT_EQ(all.size(), 7);
     const TMaterialFilters &f = materials->Filters;
     const struct { TTextEdit *editor; QString text; QStringList found; } cases[] = {
-        {f.edMatName, "100%", {"Масло 100% синтетика"}},
-        {f.edMatName, "р_м", {"Фильтр_масляный"}},
-        {f.edMatName, "o'neil", {"Свеча O'Neil"}},
-        {f.edMatName, "литол", {"Смазка ЛИТОЛ"}},
+        {f.edMatName, "100%", {"Масло 100% синтетика"}},  {f.edMatName, "р_м", {"Фильтр_масляный"}},
+        {f.edMatName, "o'neil", {"Свеча O'Neil"}},        {f.edMatName, "литол", {"Смазка ЛИТОЛ"}},
         {f.edMatName, "Нет такого", {}},
         // A material without a category passes any category filter.
         {f.edCategory, "шины", {"Шина 195/65 R15", "Масло 100% синтетика", "Фильтр_масляный", "Свеча O'Neil", "Смазка ЛИТОЛ"}},
-        {f.edArticul, "'; delete from MAT; --", {}},
-        {f.edArticul, "on'", {"Свеча O'Neil"}},
-        {f.edScode, "0_0", all},
-        {f.edScode, "%", all},
+        {f.edArticul, "'; delete from MAT; --", {}},     {f.edArticul, "on'", {"Свеча O'Neil"}},
+        {f.edScode, "0_0", all},                         {f.edScode, "%", all},
     };
     for (const auto &c : cases) {
         Filter(c.editor, c.text);
