@@ -16,11 +16,34 @@ protected:
     }
 };
 
-TEST_F(LoginWindow, OffersActiveUsersAndUserOneAlwaysStartingOnThePresentUser)
+// A wrong password shows only its message until typing; then who is offered.
+TEST_F(LoginWindow, WrongPasswordShowsOnlyItsMessageUntilTypingAndActiveUsersAndUserOneAreOfferedStartingOnThePresentUser)
 {
+    SetPassword(1, "admin");
+    SetPassword(2, "two");
     ShowLogin();
     EXPECT_EQ(LoginFM->cxUserName->currentText(), "Администратор");
     EXPECT_FALSE(LoginFM->cxMessage->isVisible());
+    TypeText(LoginFM->cxPassword, "nimda");
+    LoginFM->AdvGlowButton1->click();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(LoginFM->cxMessage->isVisible());
+    EXPECT_EQ(LoginFM->cxMessage->text(), "Неверный пароль");
+    EXPECT_NE(LoginFM->ModalResult(), mrOk);
+    EXPECT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
+    EXPECT_EQ(CurrentUserId, 0);
+
+    ASSERT_TRUE(PickUser(2));
+    EXPECT_TRUE(LoginFM->cxPassword->text().isEmpty());
+    EXPECT_TRUE(LoginFM->cxMessage->isVisible()) << "changing the user hides nothing";
+    TypeText(LoginFM->cxPassword, "t");
+    EXPECT_FALSE(LoginFM->cxMessage->isVisible());
+    ASSERT_TRUE(PickUser(3));
+    ASSERT_TRUE(PickUser(1));
+    EXPECT_TRUE(LoginFM->cxPassword->isEnabled());
+    EXPECT_TRUE(LoginFM->cxPassword->text().isEmpty()) << "no placeholder left from a user without password";
+    EXPECT_EQ(LoginFM->cxPassword->echoMode(), QLineEdit::Password);
+
     Exec("update USERS set STATE = 2 where ID in (1, 3)");
     Exec("insert into USERS (USERNAME, ID_ROLE, STATE) values ('Механик', 3, 1)");
     CurrentUserId = 2;
@@ -60,33 +83,6 @@ TEST_F(LoginWindow, LogsInWithOrWithoutPasswordAndCancelKeepsTheSession)
     EXPECT_EQ(Session(), "2 Оператор 2 Оператор");
     EXPECT_EQ(driver.Ran(), 7);
     EXPECT_TRUE(dialogs.Texts().isEmpty());
-}
-
-TEST_F(LoginWindow, WrongPasswordShowsOnlyItsMessageUntilTyping)
-{
-    SetPassword(1, "admin");
-    SetPassword(2, "two");
-    ShowLogin();
-    TypeText(LoginFM->cxPassword, "nimda");
-    LoginFM->AdvGlowButton1->click();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(LoginFM->cxMessage->isVisible());
-    EXPECT_EQ(LoginFM->cxMessage->text(), "Неверный пароль");
-    EXPECT_NE(LoginFM->ModalResult(), mrOk);
-    EXPECT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
-    EXPECT_EQ(CurrentUserId, 0);
-
-    ASSERT_TRUE(PickUser(2));
-    EXPECT_TRUE(LoginFM->cxPassword->text().isEmpty());
-    EXPECT_TRUE(LoginFM->cxMessage->isVisible()) << "changing the user hides nothing";
-    TypeText(LoginFM->cxPassword, "t");
-    EXPECT_FALSE(LoginFM->cxMessage->isVisible());
-    ASSERT_TRUE(PickUser(3));
-    ASSERT_TRUE(PickUser(1));
-    EXPECT_TRUE(LoginFM->cxPassword->isEnabled());
-    EXPECT_TRUE(LoginFM->cxPassword->text().isEmpty()) << "no placeholder left from a user without password";
-    EXPECT_EQ(LoginFM->cxPassword->echoMode(), QLineEdit::Password);
-    LoginFM->hide();
 }
 
 } // namespace
