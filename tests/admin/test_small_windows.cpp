@@ -150,7 +150,7 @@ protected:
     }
 };
 
-TEST_F(RequisitsTest, TheCardSavesTheShopsRowThroughTheCustomerProcedureAndAboutShowsTheVersion)
+TEST_F(RequisitsTest, TheCardSavesTheShopsRowThroughTheCustomerProcedureKeepsItsButtonsWithinTheScreenAndAboutShowsTheVersion)
 {
     const int customers = Count("CUST");
     ShowCard([](TRequisitsFM &card) {
@@ -186,13 +186,10 @@ TEST_F(RequisitsTest, TheCardSavesTheShopsRowThroughTheCustomerProcedureAndAbout
     EXPECT_TRUE(QRegularExpression("^\\d+\\.\\d+\\.\\d+\\.\\d+$").match(TAboutFM::FileVersion()).hasMatch());
     // Without a date: day zero of the date arithmetic.
     EXPECT_EQ(TAboutFM::VersionText("1.2.3.4", QDateTime()), "Версия 1.2.3.4 от " + QLocale().toString(QDate(1899, 12, 30), QLocale::ShortFormat));
-}
 
-// The card stays within the available area of its screen: too tall for it, it scrolls, its buttons in
-// sight; when it fits, it is left as it is. The suite's screens are a 1366 × 768 laptop and a 1024 × 600
-// netbook (tests/support/screens.json).
-TEST_F(RequisitsTest, TheCardKeepsItsButtonsWithinTheScreen)
-{
+    // The card stays within the available area of its screen: too tall for it, it scrolls, its buttons in
+    // sight; when it fits, it is left as it is. The suite's screens are a 1366 × 768 laptop and a 1024 × 600
+    // netbook (tests/support/screens.json).
     ASSERT_EQ(QGuiApplication::screens().size(), 2) << "the suite runs with the screens of screens.json";
     // 24 fields: 692 pixels and a title bar fit 768, not 600; placed low, the card is moved up.
     const struct { const char *screen; QPoint placedAt; bool scrolls; } cases[] = {

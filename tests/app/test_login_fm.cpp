@@ -16,9 +16,35 @@ protected:
     }
 };
 
-// A wrong password shows only its message until typing; then who is offered.
-TEST_F(LoginWindow, WrongPasswordShowsOnlyItsMessageUntilTypingAndActiveUsersAndUserOneAreOfferedStartingOnThePresentUser)
+TEST_F(LoginWindow, LogsInWithOrWithoutPasswordCancelKeepsTheSessionAWrongPasswordShowsItsMessageAndActiveUsersAreOffered)
 {
+    SetPassword(2, "Секрет-42");
+    ModalDriver driver;
+    QStringList seen;
+    const auto look = [&](QWidget *) {
+        const QLineEdit *edit = LoginFM->cxPassword;
+        seen << QString("%1 %2 %3 %4").arg(int(edit->isEnabled())).arg(int(edit->echoMode())).arg(edit->text())
+                    .arg(int(LoginFM->cxMessage->isVisible()));
+    };
+    driver.Then(look).Then(Login(1));
+    EXPECT_TRUE(LoginFM->Execute());
+    EXPECT_EQ(Session(), "1 Администратор 1 Администратор");
+
+    // The same dialog serves the next login; the password is compared by its MD5, case and all.
+    driver.Then(Login(2, "секрет-42")).Then(look).Then(Login(0, "Секрет-42"));
+    EXPECT_TRUE(LoginFM->Execute());
+    EXPECT_EQ(seen, QStringList({"0 0 Пароль не задан 0", "1 2 секрет-42 1"})) << "a wrong text stays for correction";
+    EXPECT_EQ(Session(), "2 Оператор 2 Оператор");
+
+    driver.Then(Login(3, QString(), false));
+    EXPECT_FALSE(LoginFM->Execute());
+    driver.Then([&](QWidget *) { LoginFM->close(); });
+    EXPECT_FALSE(LoginFM->Execute());
+    EXPECT_EQ(Session(), "2 Оператор 2 Оператор");
+    EXPECT_EQ(driver.Ran(), 7);
+
+    // Nobody logged in: a wrong password shows only its message until typing; then who is offered.
+    CurrentUserId = 0;
     SetPassword(1, "admin");
     SetPassword(2, "two");
     ShowLogin();
@@ -54,35 +80,6 @@ TEST_F(LoginWindow, WrongPasswordShowsOnlyItsMessageUntilTypingAndActiveUsersAnd
     EXPECT_EQ(offered, QStringList({"Администратор", "Оператор", "Механик"}));
     EXPECT_EQ(LoginFM->cxUserName->currentText(), "Оператор");
     LoginFM->hide();
-}
-
-TEST_F(LoginWindow, LogsInWithOrWithoutPasswordAndCancelKeepsTheSession)
-{
-    SetPassword(2, "Секрет-42");
-    ModalDriver driver;
-    QStringList seen;
-    const auto look = [&](QWidget *) {
-        const QLineEdit *edit = LoginFM->cxPassword;
-        seen << QString("%1 %2 %3 %4").arg(int(edit->isEnabled())).arg(int(edit->echoMode())).arg(edit->text())
-                    .arg(int(LoginFM->cxMessage->isVisible()));
-    };
-    driver.Then(look).Then(Login(1));
-    EXPECT_TRUE(LoginFM->Execute());
-    EXPECT_EQ(Session(), "1 Администратор 1 Администратор");
-
-    // The same dialog serves the next login; the password is compared by its MD5, case and all.
-    driver.Then(Login(2, "секрет-42")).Then(look).Then(Login(0, "Секрет-42"));
-    EXPECT_TRUE(LoginFM->Execute());
-    EXPECT_EQ(seen, QStringList({"0 0 Пароль не задан 0", "1 2 секрет-42 1"})) << "a wrong text stays for correction";
-    EXPECT_EQ(Session(), "2 Оператор 2 Оператор");
-
-    driver.Then(Login(3, QString(), false));
-    EXPECT_FALSE(LoginFM->Execute());
-    driver.Then([&](QWidget *) { LoginFM->close(); });
-    EXPECT_FALSE(LoginFM->Execute());
-    EXPECT_EQ(Session(), "2 Оператор 2 Оператор");
-    EXPECT_EQ(driver.Ran(), 7);
-    EXPECT_TRUE(dialogs.Texts().isEmpty());
 }
 
 } // namespace

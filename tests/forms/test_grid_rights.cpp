@@ -43,7 +43,7 @@ protected:
     }
 };
 
-TEST_F(GridRightsTest, EachRightEnablesItsActions)
+TEST_F(GridRightsTest, EachRightEnablesItsActionsADisabledOneStaysSoAndFramesRegisterInTheCatalogue)
 {
     FrameForRole(1);
     // Seeded roles with their defaults on a new frame, a role with neither a right nor a default, and new
@@ -65,10 +65,9 @@ TEST_F(GridRightsTest, EachRightEnablesItsActions)
     frame->OnFillParameters = [&](TFIBDataSet *) { ++fills; };
     EXPECT_FALSE(frame->actRefresh->Execute());
     EXPECT_EQ(fills, 0);
-}
 
-TEST_F(GridRightsTest, AnActionOnceDisabledStaysSoFramesWithoutRightsOrARowInTheCatalogueAndNewFramesRegister)
-{
+    // An action once disabled stays so, whatever the role.
+    CurrentRoleId = 1;
     MakeFrame("RightsFM", "frmRightsTest", &dm->spRolesOpen, "spRoles", "Проверка прав");
     frame->actAdd->setEnabled(false);
     frame->actRefresh->Execute();

@@ -231,7 +231,7 @@ TEST_F(Documents, EachKindFillsItsLayoutAndEveryPlaceholder)
 }
 
 // Each case as in a fresh run. The refusals come before any file is made.
-TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeave)
+TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeaveThenTheFirstPrintFixesTheCustomerAndLinesAndOddDataIsRefused)
 {
     const QString folder = OwnTemplates();
     const QByteArray good = Read(folder + "zakaz.dot");
@@ -300,11 +300,9 @@ TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeave)
         Filter(journal->edNum, "");
         Pick(order);
     }
-}
 
-TEST_F(Documents, TheFirstPrintFixesTheCustomerAndLinesAndOddDataIsRefused)
-{
-    // No KPP: the joined tax number is null.
+    // Then the first print of the run, without a KPP: the joined tax number is null.
+    dialogs.Clear();
     Exec(QString("update CUST set KPP = null where ID = %1").arg(customer));
     journal->Mak_Zakaz(0, "zakaz");
     EXPECT_EQ(dialogs.Texts(), QStringList());

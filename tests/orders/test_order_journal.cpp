@@ -110,38 +110,7 @@ TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysCo
     EXPECT_EQ(Ids(w), QList<int>({working, closed, bare}));
 }
 
-TEST_F(OrderJournal, FiltersNarrowTheListAsTheProcedureDoes)
-{
-    TOrderFM *w = Journal();
-    const QList<int> all = {fresh, working, closed, bare};
-    const struct { const char *what; std::function<void()> set; QList<int> expected; } cases[] = {
-        {"status '-Активен-' is every status below 6", [&] { PickKey(w->lcbOStateMain, 7); }, {fresh, working, bare}},
-        {"one status, and the order with none", [&] { PickKey(w->lcbOStateMain, 2); }, {working}},
-        {"status cleared is all", [&] { PickKey(w->lcbOStateMain, QVariant()); }, all},
-        {"customer, and orders without one", [&] { PickKey(w->lcbCust, petrov); }, {working, bare}},
-        {"customer cleared", [&] { PickKey(w->lcbCust, QVariant()); }, all},
-        {"plate contains", [&] { Filter(w->edReg, "456"); }, {working, closed, bare}},
-        {"plate in Cyrillic", [&] { Filter(w->edReg, "А123"); }, {fresh, bare}},
-        {"plate with a quote", [&] { Filter(w->edReg, "'"); }, {bare}},       {"plate cleared", [&] { Filter(w->edReg, ""); }, all},
-        {"number with % and _ taken as patterns", [&] { Filter(w->edNum, "50%_\""); }, {working}},
-        {"number matching nothing", [&] { Filter(w->edNum, "Я_нет"); }, {}}, {"number cleared", [&] { Filter(w->edNum, ""); }, all},
-        {"make", [&] { PickKey(w->lcbMark, 2); }, {working, closed, bare}},    {"model on top", [&] { PickKey(w->lcbModel, 1); }, {bare}},
-        {"lookups cleared", [&] { PickKey(w->lcbMark, QVariant()), PickKey(w->lcbModel, QVariant()); }, all},
-        {"deleted only with 'Удаленные'", [&] { w->cbDel->click(); }, {deleted}}, {"live again", [&] { w->cbDel->click(); }, all},
-        {"the period takes in older orders", [&] { w->deUp->setDateTime(QDateTime::currentDateTime().addDays(-45)); },
-         {fresh, working, closed, old, bare}},
-        {"the last day counts whole",
-         [&] { w->deTo->setDateTime(QDateTime(QDate::currentDate().addDays(-40), QTime(0, 0))); }, {old}},
-    };
-    for (const auto &c : cases) {
-        c.set();
-        Settle();
-        EXPECT_EQ(Ids(w), c.expected) << c.what;
-    }
-    EXPECT_EQ(dialogs.Shown.size(), 0);
-}
-
-TEST_F(OrderJournal, PrintReportsEachTickedKindInOrder)
+TEST_F(OrderJournal, PrintReportsEachTickedKindInOrderAndFiltersNarrowTheListAsTheProcedureDoes)
 {
     TOrderFM *w = Journal();
     // The order (0: the journal filtered empty), the check boxes to toggle (1-based), OK or Cancel, what is
@@ -169,6 +138,36 @@ TEST_F(OrderJournal, PrintReportsEachTickedKindInOrder)
         }});
         EXPECT_EQ(dialogs.Texts(), c.expected) << c.what;
     }
+
+    // The filters, from the journal as it was shown.
+    Filter(w->edNum, "");
+    dialogs.Shown.clear();
+    const QList<int> all = {fresh, working, closed, bare};
+    const struct { const char *what; std::function<void()> set; QList<int> expected; } filters[] = {
+        {"status '-Активен-' is every status below 6", [&] { PickKey(w->lcbOStateMain, 7); }, {fresh, working, bare}},
+        {"one status, and the order with none", [&] { PickKey(w->lcbOStateMain, 2); }, {working}},
+        {"status cleared is all", [&] { PickKey(w->lcbOStateMain, QVariant()); }, all},
+        {"customer, and orders without one", [&] { PickKey(w->lcbCust, petrov); }, {working, bare}},
+        {"customer cleared", [&] { PickKey(w->lcbCust, QVariant()); }, all},
+        {"plate contains", [&] { Filter(w->edReg, "456"); }, {working, closed, bare}},
+        {"plate in Cyrillic", [&] { Filter(w->edReg, "А123"); }, {fresh, bare}},
+        {"plate with a quote", [&] { Filter(w->edReg, "'"); }, {bare}},       {"plate cleared", [&] { Filter(w->edReg, ""); }, all},
+        {"number with % and _ taken as patterns", [&] { Filter(w->edNum, "50%_\""); }, {working}},
+        {"number matching nothing", [&] { Filter(w->edNum, "Я_нет"); }, {}}, {"number cleared", [&] { Filter(w->edNum, ""); }, all},
+        {"make", [&] { PickKey(w->lcbMark, 2); }, {working, closed, bare}},    {"model on top", [&] { PickKey(w->lcbModel, 1); }, {bare}},
+        {"lookups cleared", [&] { PickKey(w->lcbMark, QVariant()), PickKey(w->lcbModel, QVariant()); }, all},
+        {"deleted only with 'Удаленные'", [&] { w->cbDel->click(); }, {deleted}}, {"live again", [&] { w->cbDel->click(); }, all},
+        {"the period takes in older orders", [&] { w->deUp->setDateTime(QDateTime::currentDateTime().addDays(-45)); },
+         {fresh, working, closed, old, bare}},
+        {"the last day counts whole",
+         [&] { w->deTo->setDateTime(QDateTime(QDate::currentDate().addDays(-40), QTime(0, 0))); }, {old}},
+    };
+    for (const auto &c : filters) {
+        c.set();
+        Settle();
+        EXPECT_EQ(Ids(w), c.expected) << c.what;
+    }
+    EXPECT_EQ(dialogs.Shown.size(), 0);
 }
 
 TEST_F(OrderJournal, TheVehiclesWindowJumpsHereFilteredByThePlate)

@@ -126,7 +126,8 @@ const QString kOrdersHead = "SELECT *\nFROM ORDERS O\nLEFT JOIN CUST C ON O.IDCU
                             "LEFT JOIN OSTATE D ON O.idstatus = D.ID\nwhere\n";
 const QString kDates = "(create_date>=:dtstart and create_date<=:dtend)";
 
-TEST_F(Reports, ShowSetsTheCurrentMonthAndListsHeadedByAllThenRunsAndTheFooterAddsUpWhatIsOwed)
+// The windows and their statements, then the workbooks.
+TEST_F(Reports, WindowsStatementsFiguresAndWorkbooksWhoseCellsAreTextWithTotalsOutsideTheBordersAndFailedExportsLeaveNoFile)
 {
     auto *w = Show<TfmVipZakaz>();
     const QDate today = QDate::currentDate();
@@ -160,12 +161,9 @@ TEST_F(Reports, ShowSetsTheCurrentMonthAndListsHeadedByAllThenRunsAndTheFooterAd
     // A start after the end gives an empty report and no message.
     Run<TfmVipZakaz>(0, 0, QDate(2024, 3, 31), QDate(2024, 3, 1));
     EXPECT_TRUE(dm->dbOtchetVipZakaz.Active() && dm->dbOtchetVipZakaz.IsEmpty());
-    EXPECT_EQ(dialogs.Texts(), QStringList());
-}
 
-// Deleted orders count, and so do orders stamped at the very start of the day after the period.
-TEST_F(Reports, StatementsFollowTheChoicesAndTheFiguresTheirRules)
-{
+    // The statements follow the choices; deleted orders count, and so do orders stamped at the very start
+    // of the day after the period.
     const int unpaid = Scalar(QString("select PAYSTATE from ORDERS where ID = %1").arg(first)).toInt();
     // Lines in March: oil on the first, paid and deleted orders, tyres on the paid one and the next day's,
     // a line with no service on the first; filters three on the first, two on the deleted one.
@@ -202,12 +200,9 @@ TEST_F(Reports, StatementsFollowTheChoicesAndTheFiguresTheirRules)
             EXPECT_EQ(Sorted(rows), Sorted((services ? c.uslug : c.material).split(';', Qt::SkipEmptyParts))) << services;
         }
     }
-}
 
-// The orders', the two popularity reports' and an empty report's workbooks, read in one go; then the
-// export's failures.
-TEST_F(Reports, WorkbooksHoldTheGridsCellsAsTextWithTotalsOutsideTheBordersAndFailedExportsLeaveNoFile)
-{
+    // The orders', the two popularity reports' and an empty report's workbooks, read in one go; then the
+    // export's failures.
     const QStringList before = RowsIn(*dm, "select ID, NUM, SUMORDER, SUMPAY, PAYSTATE, DEL from ORDERS order by ID");
     QList<QList<QStringList>> rows;
     QStringList books;
@@ -258,11 +253,11 @@ TEST_F(Reports, WorkbooksHoldTheGridsCellsAsTextWithTotalsOutsideTheBordersAndFa
     EXPECT_EQ(QStringList({empty.value("C4"), empty.value("A5", "none")}), QStringList({"- medium 49", "none"}));
 
     // The failures of an export say what happened and leave no file.
-    auto *w = Run<TfmVipZakaz>();
+    w = Run<TfmVipZakaz>();
     shell.Opened.clear();
     shell.Openable = false;
     w->cxButton2->click();
-    EXPECT_EQ(dialogs.Texts(), QStringList({"В системе не установле MS Excel!"})) << "and nothing said by the exports before";
+    EXPECT_EQ(dialogs.Texts(), QStringList({"В системе не установле MS Excel!"})) << "and nothing said before";
     shell.Openable = true;
 
     // A document folder that cannot be made: a file stands in its place.
