@@ -65,7 +65,7 @@ protected:
     int fresh = 0, working = 0, closed = 0, old = 0, deleted = 0, bare = 0;
 };
 
-TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysComeAndDeletesOnlyUnpaidOnes)
+TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysComeDeletesOnlyUnpaidOnesAndTheVehiclesWindowJumpsHere)
 {
     int opens = 0;
     QObject::connect(&dm->spOrdersOpen, &TFIBDataSet::Opened, [&] { ++opens; });
@@ -108,6 +108,36 @@ TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysCo
     w->frmOrders->actDel->Execute();
     EXPECT_EQ(Count("ORDERS where ID = " + QString::number(fresh)), 0);
     EXPECT_EQ(Ids(w), QList<int>({working, closed, bare}));
+
+    // The vehicles window jumps here through the main window, filtered by the plate.
+    window.reset();
+    const int ancient = NewOrder(ivanov, octavia, 6, "cast('today' as date) - 400");
+    dm->pFIBTransaction1.CommitRetaining();
+    TMainFM main({"kelvarion"});
+    main.show();
+    ASSERT_TRUE(main.actShowOrder->isEnabled());
+    main.actShowAuto->Execute();
+    auto *vehicles = dynamic_cast<TAutoFM *>(main.MDIClient->activeSubWindow()->widget());
+    ASSERT_NE(vehicles, nullptr);
+    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", octavia));
+    vehicles->miShowOrdersClick(nullptr);
+    auto *journal = dynamic_cast<TOrderFM *>(main.MDIClient->activeSubWindow()->widget());
+    ASSERT_NE(journal, nullptr);
+    EXPECT_EQ(journal->edReg->text(), "К456МН99");
+    EXPECT_TRUE(journal->tmrFilter->isActive());
+    Settle();
+    EXPECT_EQ(Ids(journal), QList<int>({working, closed, bare, ancient})) << "every live order with that plate, and the bare one";
+
+    // A second jump reuses the open journal.
+    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", passat));
+    vehicles->miShowOrdersClick(nullptr);
+    Settle();
+    int journals = 0;
+    for (QMdiSubWindow *sub : main.MDIClient->subWindowList())
+        journals += !sub->isHidden() && dynamic_cast<TOrderFM *>(sub->widget());
+    EXPECT_EQ(journals, 1);
+    EXPECT_EQ(Ids(journal), QList<int>({old, bare})) << "the order deleted above is gone";
+    main.close();
 }
 
 TEST_F(OrderJournal, PrintReportsEachTickedKindInOrderAndFiltersNarrowTheListAsTheProcedureDoes)
@@ -168,37 +198,6 @@ TEST_F(OrderJournal, PrintReportsEachTickedKindInOrderAndFiltersNarrowTheListAsT
         EXPECT_EQ(Ids(w), c.expected) << c.what;
     }
     EXPECT_EQ(dialogs.Shown.size(), 0);
-}
-
-TEST_F(OrderJournal, TheVehiclesWindowJumpsHereFilteredByThePlate)
-{
-    const int ancient = NewOrder(ivanov, octavia, 6, "cast('today' as date) - 400");
-    dm->pFIBTransaction1.CommitRetaining();
-    TMainFM main({"kelvarion"});
-    main.show();
-    ASSERT_TRUE(main.actShowOrder->isEnabled());
-    main.actShowAuto->Execute();
-    auto *vehicles = dynamic_cast<TAutoFM *>(main.MDIClient->activeSubWindow()->widget());
-    ASSERT_NE(vehicles, nullptr);
-    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", octavia));
-    vehicles->miShowOrdersClick(nullptr);
-    auto *journal = dynamic_cast<TOrderFM *>(main.MDIClient->activeSubWindow()->widget());
-    ASSERT_NE(journal, nullptr);
-    EXPECT_EQ(journal->edReg->text(), "К456МН99");
-    EXPECT_TRUE(journal->tmrFilter->isActive());
-    Settle();
-    EXPECT_EQ(Ids(journal), QList<int>({working, closed, bare, ancient})) << "every live order with that plate, and the bare one";
-
-    // A second jump reuses the open journal.
-    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", passat));
-    vehicles->miShowOrdersClick(nullptr);
-    Settle();
-    int journals = 0;
-    for (QMdiSubWindow *sub : main.MDIClient->subWindowList())
-        journals += !sub->isHidden() && dynamic_cast<TOrderFM *>(sub->widget());
-    EXPECT_EQ(journals, 1);
-    EXPECT_EQ(Ids(journal), QList<int>({fresh, old, bare}));
-    main.close();
 }
 
 } // namespace
