@@ -72,12 +72,11 @@ TEST_F(GridRightsTest, EachRightEnablesItsActionsADisabledOneStaysSoAndFramesReg
     frame->actAdd->setEnabled(false);
     frame->actRefresh->Execute();
     EXPECT_EQ(Enabled(), "1011");
-    CurrentRoleId = RoleWithRight(2);
-    frame->actRefresh->Execute();
-    EXPECT_EQ(Enabled(), "1000");
-    CurrentRoleId = 1;
-    frame->actRefresh->Execute();
-    EXPECT_EQ(Enabled(), "1000");
+    for (const qint32 role : {RoleWithRight(2), 1}) {
+        CurrentRoleId = role;
+        frame->actRefresh->Execute();
+        EXPECT_EQ(Enabled(), "1000") << role;
+    }
 
     // Straight to the handler: the action list's registration does not run.
     MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles")->actRefreshExecute(nullptr);
