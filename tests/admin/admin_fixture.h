@@ -30,14 +30,6 @@ protected:
     {
         return frame->GridView->DisplayText(row, frame->GridView->FindColumnByFieldName(TRightsGrid::RightColumn)->Index());
     }
-    // Sets the right of that row as an edit of the cell would, and lets the queued save run.
-    static void SetRight(TGridFrame *frame, int row, int right)
-    {
-        TDBGridView *view = frame->GridView;
-        const int column = view->FindColumnByFieldName(TRightsGrid::RightColumn)->Index();
-        EXPECT_TRUE(view->Model()->setData(view->Model()->index(row, column), right, Qt::EditRole));
-        Settle();
-    }
 
     // Lets queued notifications of the grids run (an edited cell is told after its editor let go).
     static void Settle() { QTest::qWait(30); }

@@ -20,7 +20,7 @@ protected:
     static QLineEdit *Edit(QWidget *card, const QString &name) { return card->findChild<QLineEdit *>(name); }
 };
 
-TEST_F(CardsTest, AnEmptyPasswordKeepsTheStoredOneAndATypedOneIsStoredAsLowerCaseMd5)
+TEST_F(CardsTest, UsersKeepOrStoreTheirPasswordsAndNeedANameAndARoleRolesNeedANameAndTheRoleCardSavesOnlyItsOwnRights)
 {
     Exec("update USERS set PASSWORD = '0cc175b9c0f1b6a831c399e269772661' where ID = 1");
     ASSERT_TRUE(dm->spUsersOpen.Locate("ID", 1));
@@ -43,10 +43,8 @@ TEST_F(CardsTest, AnEmptyPasswordKeepsTheStoredOneAndATypedOneIsStoredAsLowerCas
               QString(QCryptographicHash::hash(QString("Секрет1").toUtf8(), QCryptographicHash::Md5).toHex()));
     EXPECT_TRUE(dm->spUsersOpen.FieldByName("PASSWORD")->IsNull()) << "the grid never holds a password";
     EXPECT_EQ(dm->spUsersOpen.State(), dsBrowse);
-}
 
-TEST_F(CardsTest, ANewUserNeedsANameAndARoleAndAStateAName)
-{
+    // A new user needs a name and a role.
     const int before = Count("USERS");
     OnCard(users->frmUser->actAdd, {[](TCustomDictFM *card) { card->AdvGlowButton1->click(); },
                                     [](TCustomDictFM *card) {
@@ -76,37 +74,9 @@ TEST_F(CardsTest, ANewUserNeedsANameAndARoleAndAStateAName)
     EXPECT_EQ(dialogs.Texts(), QStringList({"Не указано наименование статуса!"}));
     EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка сохранения статуса");
     EXPECT_EQ(Count("STATES"), states);
-}
 
-TEST_F(CardsTest, TheRoleCardShowsOnlyItsRoleRightsAndSavesThemButTheAdministratorsSpringBack)
-{
-    const int action = ActionId("UsersFM.frmStates");
-    for (const int role : {3, 1}) {
-        ASSERT_TRUE(dm->spRolesOpen.Locate("ID", role));
-        OnModal<TRolesCardFM>(users->frmRoles->actEdit, {[&](TRolesCardFM *card) {
-            TGridFrame *frame = card->frmRolesAction;
-            EXPECT_FALSE(frame->actAdd->isVisible() || frame->actEdit->isVisible() || frame->actDel->isVisible());
-            // Only this role's rows, one per action; its column is hidden.
-            dm->spRolesActionsOpen2.FetchAll();
-            EXPECT_EQ(dm->spRolesActionsOpen2.RecordCount(), Count("ACTIONS"));
-            EXPECT_EQ(RowOf(frame, {{"ID_ROLE_LKP_ROLES_F_ROLENAME", 4 - role}}), -1);
-            EXPECT_FALSE(frame->GridView->FindColumnByFieldName(TRightsGrid::RoleColumn)->Visible());
-            const int row = RowOf(frame, {{"ID_ACTION_LKP_ACTIONS_F_ACTNAME", action}});
-            SetRight(frame, row, 3);
-            EXPECT_EQ(ShownRight(frame, row), role == 1 ? "Полный доступ" : "Изменение");
-            card->AdvGlowButton2->click();
-        }});
-        EXPECT_EQ(users->frmRoles->SelectedId, role);
-    }
-    EXPECT_EQ(RightOf(3, action), 3);
-    EXPECT_EQ(RightOf(1, action), 4);
-    ASSERT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_TRUE(dialogs.Shown[0].text.contains("Права администратора менять запрещено"));
-    EXPECT_GT(ActionId("RolesCardFM.frmRolesAction"), 0) << "the card's grid registers its own action";
-}
-
-TEST_F(CardsTest, ARoleNeedsANameANewOneBringsItsRowsOfRightsAndARenamedOneIsSaved)
-{
+    // A role needs a name; a new one brings its rows of rights.
+    dialogs.Clear();
     dm->spRolesActionsOpen.FetchAll();
     const int rowsBefore = dm->spRolesActionsOpen.RecordCount();
     const int actions = Count("ACTIONS");
@@ -137,6 +107,32 @@ TEST_F(CardsTest, ARoleNeedsANameANewOneBringsItsRowsOfRightsAndARenamedOneIsSav
         card->AdvGlowButton1->click();
     }});
     EXPECT_EQ(Scalar("select ROLENAME from ROLES where ID = 3").toString(), "Наблюдатель");
+
+    // The role card shows only its role's rights and saves them, but the administrators' spring back.
+    dialogs.Clear();
+    const int action = ActionId("UsersFM.frmStates");
+    for (const int role : {3, 1}) {
+        ASSERT_TRUE(dm->spRolesOpen.Locate("ID", role));
+        OnModal<TRolesCardFM>(users->frmRoles->actEdit, {[&](TRolesCardFM *card) {
+            TGridFrame *frame = card->frmRolesAction;
+            EXPECT_FALSE(frame->actAdd->isVisible() || frame->actEdit->isVisible() || frame->actDel->isVisible());
+            // Only this role's rows, one per action; its column is hidden.
+            dm->spRolesActionsOpen2.FetchAll();
+            EXPECT_EQ(dm->spRolesActionsOpen2.RecordCount(), Count("ACTIONS"));
+            EXPECT_EQ(RowOf(frame, {{"ID_ROLE_LKP_ROLES_F_ROLENAME", 4 - role}}), -1);
+            EXPECT_FALSE(frame->GridView->FindColumnByFieldName(TRightsGrid::RoleColumn)->Visible());
+            const int row = RowOf(frame, {{"ID_ACTION_LKP_ACTIONS_F_ACTNAME", action}});
+            SetCell(frame, row, TRightsGrid::RightColumn, 3);
+            EXPECT_EQ(ShownRight(frame, row), role == 1 ? "Полный доступ" : "Изменение");
+            card->AdvGlowButton2->click();
+        }});
+        EXPECT_EQ(users->frmRoles->SelectedId, role);
+    }
+    EXPECT_EQ(RightOf(3, action), 3);
+    EXPECT_EQ(RightOf(1, action), 4);
+    ASSERT_EQ(dialogs.Shown.size(), 1);
+    EXPECT_TRUE(dialogs.Shown[0].text.contains("Права администратора менять запрещено"));
+    EXPECT_GT(ActionId("RolesCardFM.frmRolesAction"), 0) << "the card's grid registers its own action";
 }
 
 } // namespace

@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(UsersWindowTest, SixGridsOpenUnderRussianTitlesWithTheirRightsSplitByThirds)
+TEST_F(UsersWindowTest, SixGridsOpenUnderRussianTitlesAndOnlyTheRightIsEditedInTheGridAndSavedAtOnceButTheAdministratorsSpringsBack)
 {
     ASSERT_TRUE(QFile::exists(TCaptionsFile::FileName())) << TCaptionsFile::FileName().toStdString();
     for (TGridFrame *frame : Frames()) {
@@ -66,11 +66,8 @@ TEST_F(UsersWindowTest, SixGridsOpenUnderRussianTitlesWithTheirRightsSplitByThir
     for (TGridFrame *frame : {users->frmUser, users->frmRoles, users->frmStates, users->frmActions})
         EXPECT_NEAR(frame->width(), users->pnlMain->width() / 3, 12) << frame->objectName().toStdString();
     EXPECT_GT(users->frmRolesActions->width(), users->frmRights->width());
-    EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
-}
 
-TEST_F(UsersWindowTest, OnlyTheRightIsEditedInTheGridAndSavedAtOnceEvenWithoutARowButTheAdministratorsSpringsBack)
-{
+    // Only the right is edited in the grid, and saved at once even without a row.
     TDBGridView *view = users->frmRolesActions->GridView;
     for (TGridColumn *column : view->ColumnList()) {
         const bool isRight = column->FieldName() == TRightsGrid::RightColumn;
@@ -101,23 +98,22 @@ TEST_F(UsersWindowTest, OnlyTheRightIsEditedInTheGridAndSavedAtOnceEvenWithoutAR
     users->frmRolesActions->actRefresh->Execute();
     const int fresh = RightsRow(role, ActionId("UsersFM.frmUser"));
     ASSERT_GE(fresh, 0);
-    SetRight(users->frmRolesActions, fresh, 3);
+    SetCell(users->frmRolesActions, fresh, TRightsGrid::RightColumn, 3);
     EXPECT_EQ(RightOf(role, ActionId("UsersFM.frmUser")), 3);
     EXPECT_EQ(ShownRight(users->frmRolesActions, fresh), "Изменение");
-    EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
 
     // The administrators' right springs back with its message.
     const int admins = RightsRow(1, ActionId("UsersFM.frmUser"));
     ASSERT_GE(admins, 0);
-    SetRight(users->frmRolesActions, admins, 1);
-    ASSERT_EQ(dialogs.Shown.size(), 1);
+    SetCell(users->frmRolesActions, admins, TRightsGrid::RightColumn, 1);
+    ASSERT_EQ(dialogs.Shown.size(), 1) << "its message, and nothing before it";
     EXPECT_EQ(dialogs.Shown[0].kind, Dialogs::Error);
     EXPECT_TRUE(dialogs.Shown[0].text.contains("Права администратора менять запрещено")) << dialogs.Shown[0].text.toStdString();
     EXPECT_EQ(ShownRight(users->frmRolesActions, admins), "Полный доступ");
     EXPECT_EQ(dm->spRolesActionsOpen.State(), dsBrowse);
     EXPECT_EQ(RightOf(1, ActionId("UsersFM.frmUser")), 4);
     // The window goes on working: the next change of another role is saved.
-    SetRight(users->frmRolesActions, RightsRow(3, ActionId("UsersFM.frmUser")), 1);
+    SetCell(users->frmRolesActions, RightsRow(3, ActionId("UsersFM.frmUser")), TRightsGrid::RightColumn, 1);
     EXPECT_EQ(dialogs.Shown.size(), 1);
     EXPECT_EQ(RightOf(3, ActionId("UsersFM.frmUser")), 1);
 }

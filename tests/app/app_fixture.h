@@ -1,8 +1,8 @@
 #pragma once
-// The program's own windows over a copy of the deployed database, with the kept login dialog and the
-// per-user folder in a temporary place.
+// The program's own windows over a copy of the deployed database, with the kept login dialog, the
+// per-user folder in a temporary place and the window suites' helpers.
 
-#include "../forms/forms_fixture.h"
+#include "../forms/window_fixture.h"
 #include "login_fm.h"
 #include "lookup_combo_box.h"
 #include "main_fm.h"
@@ -13,13 +13,13 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-class AppWindowsTest : public FormsTest
+class AppWindowsTest : public WindowTest
 {
 protected:
     // Nobody logged in yet.
     void SetUp() override
     {
-        FormsTest::SetUp();
+        WindowTest::SetUp();
         CurrentUserId = CurrentRoleId = 0;
         CurrentUserName.clear();
         CurrentRoleName = QVariant();
@@ -31,7 +31,7 @@ protected:
         mainWindow.reset();
         delete LoginFM;
         LoginFM = nullptr;
-        FormsTest::TearDown();
+        WindowTest::TearDown();
     }
 
     // Its update check is already done, so that no test goes to the network by chance.

@@ -80,7 +80,7 @@ public:
     QString output;
 };
 
-TEST(ProgramStart, NewMachineEndsInTheLoginDialogOfADeployedDatabase)
+TEST(ProgramStart, NewMachineEndsInTheLoginDialogOfADeployedDatabaseAndAFailedDeploymentInAnErrorCodeTwice)
 {
     ProgramCopy program;
     program.dataHome = program.folder.path() + "/not/yet/there";
@@ -103,26 +103,24 @@ TEST(ProgramStart, NewMachineEndsInTheLoginDialogOfADeployedDatabase)
     const QString blocked = program.Run("1");
     EXPECT_TRUE(blocked.contains("E1001: Невозможно подключиться к файлу БД!")) << blocked.toStdString();
     EXPECT_FALSE(blocked.contains("Вход в программу")) << "no login after the start error";
-}
 
-TEST(ProgramEnd, FailedDeploymentThenSecondStartReportAndEndWithAnErrorCode)
-{
-    ProgramCopy program;
+    // A failed deployment on another new machine ends with an error code.
+    program.dataHome = program.folder.path() + "/broken";
     QFile broken(program.bin + "/script_tab.txt");
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("create table BROKEN (ID integer not null primary key);\nthis is no statement;\n");
     broken.close();
 
-    const QString first = program.Run("1");
-    EXPECT_TRUE(first.contains("E1001: Невозможно подключиться к файлу БД!") && first.endsWith("<exit 1>"))
-        << first.toStdString();
+    const QString failed = program.Run("1");
+    EXPECT_TRUE(failed.contains("E1001: Невозможно подключиться к файлу БД!") && failed.endsWith("<exit 1>"))
+        << failed.toStdString();
     ASSERT_TRUE(QFileInfo::exists(program.dataHome + "/Kelvarion/db/database.fdb")) << "the half-made file is kept";
 
     // The half-made database is used as it is: its error is reported and the program ends in order.
-    const QString second = program.Run("1");
-    EXPECT_TRUE(second.contains("Ошибка в работе программы.\r\nТекст ошибки:\r\n") && second.contains("SPUSERSACTIVESELECT")
-                && !second.contains("E1001") && second.endsWith("<exit 1>"))
-        << second.toStdString();
+    const QString reused = program.Run("1");
+    EXPECT_TRUE(reused.contains("Ошибка в работе программы.\r\nТекст ошибки:\r\n") && reused.contains("SPUSERSACTIVESELECT")
+                && !reused.contains("E1001") && reused.endsWith("<exit 1>"))
+        << reused.toStdString();
 }
 
 struct SignalCase { int signal; bool atMainWindow; };
@@ -199,17 +197,7 @@ TEST_F(SignalEnd, EngineKeepsItsConnectionOnASignalAndTheRunIsCommitted)
     EXPECT_EQ(ScalarIn(again, "select PVALUE from CONFIG where PNAME = 'ORDERSPOSTFIX'").toString(), "после сигнала");
 }
 
-TEST_F(SignalEnd, SignalAtAModalCardCancelsItFirst)
-{
-    TSignalExit signalExit;
-    TMainFM &form = NewMain();
-    form.show();
-    Flush();
-    OnModal<TRequisitsFM>(form.actRequisits, {[](TRequisitsFM *) { ::raise(SIGINT); }});
-    EXPECT_TRUE(Hidden(form));
-}
-
-TEST_F(SignalEnd, LoginDialogStaysWithinTheScreenWhateverTheUserName)
+TEST_F(SignalEnd, TheLoginDialogStaysWithinTheScreenWhateverTheUserNameAndASignalAtAModalCardCancelsItFirst)
 {
     const QString longName = QString(128, QChar(0x0416)); // "Ж" × 128
     Exec(QString("update USERS set USERNAME = '%1' where ID = 1").arg(longName));
@@ -221,6 +209,14 @@ TEST_F(SignalEnd, LoginDialogStaysWithinTheScreenWhateverTheUserName)
         EXPECT_EQ(LoginFM->cxUserName->currentText(), longName);
         LoginFM->AdvGlowButton2->click();
     }});
+
+    // A signal at a modal card cancels it first.
+    TSignalExit signalExit;
+    TMainFM &form = NewMain();
+    form.show();
+    Flush();
+    OnModal<TRequisitsFM>(form.actRequisits, {[](TRequisitsFM *) { ::raise(SIGINT); }});
+    EXPECT_TRUE(Hidden(form));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// The once-per-installation update check: marker first, one secure request, the page only on "update".
+// The once-per-installation update check: marker first, one secure request, the page only on "update". The
+// main window's suite sees it run when the window shows.
 
 #include "app_fixture.h"
 #include "update_check.h"
@@ -73,27 +74,6 @@ TEST_F(UpdateCheck, AsksOnceOpensThePageOnlyOnTheExactReplyUpdateAndAClosedPortF
     clock.restart();
     EXPECT_FALSE(real.Run());
     EXPECT_LT(clock.elapsed(), 100);
-}
-
-using MainWindowUpdate = AppWindowsTest;
-
-TEST_F(MainWindowUpdate, ShowingChecksOnceAndOpensThePageThroughTheShell)
-{
-    TMainFM &form = NewMain();
-    form.UpdateCheck.MarkerPath = home.path() + "/fresh-chkupd";
-    int asked = 0;
-    form.UpdateCheck.Download = [&](const QString &url, bool) {
-        ++asked;
-        EXPECT_TRUE(url.startsWith(TUpdateCheck::VendorSite + "/system/")) << url.toStdString();
-        return QString("update");
-    };
-    form.show();
-    form.hide();
-    form.show();
-    EXPECT_EQ(asked, 1);
-    EXPECT_EQ(shell.Opened, QStringList({TUpdateCheck::VendorSite + "/soft/kelvarion/update/"}));
-    EXPECT_TRUE(dialogs.Texts().isEmpty());
-    form.close();
 }
 
 } // namespace

@@ -41,7 +41,7 @@ protected:
     }
 };
 
-TEST_F(CashJournals, APaymentFollowsItsCustomerOrObjectAndRefusedOrCancelledCardsKeepNothing)
+TEST_F(CashJournals, APaymentFollowsItsCustomerOrObjectRefusedOrCancelledCardsKeepNothingAndThePayoutCardFollowsTheDebts)
 {
     const int ivanov = NewCustomer("Иванов И."), petrov = NewCustomer("Петров П.");
     const int single = OrderOf(ivanov, 1500), other = OrderOf(petrov, 700);
@@ -97,18 +97,17 @@ TEST_F(CashJournals, APaymentFollowsItsCustomerOrObjectAndRefusedOrCancelledCard
     journal->cbDel->click();
     Settle();
     EXPECT_EQ(Column(journal->frmPayments, "SUMM"), QStringList{QString()});
-}
 
-TEST_F(CashJournals, ThePayoutCardFollowsTheDebtsUntilTypedOverAndLetsGoWhenClosed)
-{
-    const int order = NewOrder(NewCustomer("Иванов И."), 0), service = NewService("Диагностика", 1000, 1);
+    // The payout card follows the debts until typed over, and lets go when closed.
+    dialogs.Clear();
+    const int order = NewOrder(NewCustomer("Сидоров С."), 0), service = NewService("Диагностика", 1000, 1);
     for (const char *employee : {"'Соколов Д.', 30", "'Кузнецов А.', 10", "'Новиков Б.', 10"})
         Exec(QString("insert into EMPLS (EMPLNAME, PERCSERV) values (%1)").arg(employee));
     Exec(QString("insert into ORDSERV (IDORDER, IDSERV, IDEMPL) select %1, %2, ID from EMPLS where EMPLNAME <> 'Новиков Б.'")
              .arg(order).arg(service));
     Exec(QString("update ORDERS set IDSTATUS = 6 where ID = %1").arg(order));
-    auto *journal = Show<TSalaryFM>();
-    ExpectRussianTitles(journal->frmSalary);
+    auto *payroll = Show<TSalaryFM>();
+    ExpectRussianTitles(payroll->frmSalary);
 
     // Employee and sum of a row of the debts list, and those the card shows.
     TFIBDataSet &debts = dm->spSalaryMain;
@@ -116,7 +115,7 @@ TEST_F(CashJournals, ThePayoutCardFollowsTheDebtsUntilTypedOverAndLetsGoWhenClos
     const auto at = [&](int row, const QString &field) { return debts.RowValue(row, debts.FieldByName(field)->Index()); };
     const auto debt = [&](int row) { return pair(at(row, TSalaryCardFM::EmployeeField), at(row, "SUMM")); };
     const auto shown = [&](QWidget *card) { return pair(Value(card, TSalaryCardFM::EmployeeField), Value(card, "SUMM")); };
-    OnModal<TSalaryCardFM>(journal->frmSalary->actAdd, {[&](TSalaryCardFM *card) {
+    OnModal<TSalaryCardFM>(payroll->frmSalary->actAdd, {[&](TSalaryCardFM *card) {
         EXPECT_EQ(card->windowTitle(), "Новая операция");
         EXPECT_EQ(NotRussian(CardTexts(card)), QStringList());
         ExpectRussianTitles(card->frmEmpl);
@@ -137,7 +136,7 @@ TEST_F(CashJournals, ThePayoutCardFollowsTheDebtsUntilTypedOverAndLetsGoWhenClos
     ASSERT_FALSE(debts.AfterScroll);
 
     // A period with no work: the debt is 0, which is no payout; the list's copy left nothing unsaved.
-    OnModal<TSalaryCardFM>(journal->frmSalary->actAdd, {[&](TSalaryCardFM *card) {
+    OnModal<TSalaryCardFM>(payroll->frmSalary->actAdd, {[&](TSalaryCardFM *card) {
         card->deTo->setDate(QDate::currentDate().addYears(-1));
         card->deUp->setDate(QDate::currentDate().addYears(-2));
         Settle();

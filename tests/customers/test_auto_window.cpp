@@ -39,8 +39,52 @@ protected:
     TAutoFM *autos = nullptr;
 };
 
-TEST_F(AutoWindowTest, ShowOrdersSendsThePlateAndTheWholePeriodAndThreeListsTakeAQuarterEach)
+TEST_F(AutoWindowTest, FiltersCardsDeletesTheJumpToOrdersTheWidthsOfTheListsTheTitlesAndTheRightsOfEveryGrid)
 {
+    const int mine = NewVehicle("Е555КХ", 2, 2);
+    Exec(QString("update AUTO set VIN = 'WVW%_1', DRIVE = 'бензин', COLNAME = 'красный', AYEAR = 3 where ID = %1").arg(mine));
+    Exec(QString("update AUTO set VIN = 'XTA', DRIVE = 'дизель', COLNAME = 'синий' where ID = %1").arg(NewVehicle("М001ММ")));
+    Exec("insert into AUTO (REG, DEL) values ('У000УУ', 1)");
+    const QStringList found{"Е555КХ"};
+    const QList<std::pair<std::function<void()>, QStringList>> cases = {
+        {[&] { TypeText(autos->edReg, "е555"); }, found},      {[&] { TypeText(autos->edVIN, "wvw%_"); }, found},
+        {[&] { TypeText(autos->edDrive, "бенз"); }, found},    {[&] { TypeText(autos->edColName, "КРАС"); }, found},
+        {[&] { Pick(autos->lcbModel, "Fabia"); }, found},      {[&] { Pick(autos->lcbMark, "Skoda"); }, found},
+        {[&] { Pick(autos->lcbYear, "2013"); }, found},        {[&] { autos->cbDel->click(); }, {"У000УУ"}},
+        {[&] { TypeText(autos->edReg, "'"); }, {}},
+    };
+    for (const auto &[set, expected] : cases) {
+        Show();
+        EXPECT_EQ(Plates().size(), 2) << "no filter: the vehicles not deleted";
+        set();
+        Settle();
+        EXPECT_EQ(Plates(), expected);
+    }
+
+    // A vehicle is added through its card; rows in use are not deleted.
+    NewOrder(NewCustomer("Петров"), NewVehicle("О001ОО"));
+    Show();
+    OnCard(autos->frmAuto->actAdd, {[](TCustomDictFM *card) {
+        EXPECT_EQ(card->windowTitle(), "Новый автомобиль");
+        Type(card, "REG_TCX", "К777КК 'x'");
+        // The editor stops at the column's 30 characters.
+        Type(card, "VIN_TCX", "XW8%_" + QString(26, '9'));
+        card->AdvGlowButton1->click();
+    }});
+    EXPECT_EQ(dialogs.Shown.size(), 0) << dialogs.Texts().join('\n').toStdString();
+    EXPECT_EQ(Scalar("select VIN from AUTO where REG = 'К777КК ''x'''").toString(), "XW8%_" + QString(25, '9'));
+    EXPECT_TRUE(Plates().contains("К777КК 'x'"));
+    for (const auto &[frame, field, name, text] :
+         {std::tuple{autos->frmAuto, "REG", "О001ОО", "Имеются заказы по данному автомобилю. Удаление запрещено"},
+          {autos->frmMark, "MARKNAME", "Volkswagen", "Имеются автомобили данной марки. Удаление запрещено"},
+          {autos->frmModel, "MODNAME", "Passat", "Имеются автомобили данной модели. Удаление запрещено"}}) {
+        ASSERT_TRUE(frame->DS->DataSet()->Locate(field, name));
+        const QStringList before = Column(frame, field);
+        EXPECT_EQ(Delete(frame).value(1), QString(text) + ".");
+        EXPECT_EQ(Column(frame, field), before);
+    }
+
+    // "Show orders" sends the plate and the whole period; three lists take a quarter each.
     NewVehicle("А111АА");
     const int current = NewVehicle("В222ВВ");
     Show();
@@ -71,63 +115,8 @@ TEST_F(AutoWindowTest, ShowOrdersSendsThePlateAndTheWholePeriodAndThreeListsTake
         EXPECT_EQ(autos->frmAType->width(), quarter);
         EXPECT_EQ(autos->frmAYear->geometry().right() + 1, autos->frmAYear->parentWidget()->width());
     }
-}
 
-TEST_F(AutoWindowTest, EachFilterFindsItsVehicleAndPatternSignsOrQuotesBreakNothing)
-{
-    const int mine = NewVehicle("Е555КХ", 2, 2);
-    Exec(QString("update AUTO set VIN = 'WVW%_1', DRIVE = 'бензин', COLNAME = 'красный', AYEAR = 3 where ID = %1").arg(mine));
-    Exec(QString("update AUTO set VIN = 'XTA', DRIVE = 'дизель', COLNAME = 'синий' where ID = %1").arg(NewVehicle("М001ММ")));
-    Exec("insert into AUTO (REG, DEL) values ('У000УУ', 1)");
-    const QStringList found{"Е555КХ"};
-    const QList<std::pair<std::function<void()>, QStringList>> cases = {
-        {[&] { TypeText(autos->edReg, "е555"); }, found},
-        {[&] { TypeText(autos->edVIN, "wvw%_"); }, found},
-        {[&] { TypeText(autos->edDrive, "бенз"); }, found},
-        {[&] { TypeText(autos->edColName, "КРАС"); }, found},
-        {[&] { Pick(autos->lcbModel, "Fabia"); }, found},
-        {[&] { Pick(autos->lcbMark, "Skoda"); }, found},
-        {[&] { Pick(autos->lcbYear, "2013"); }, found},
-        {[&] { autos->cbDel->click(); }, {"У000УУ"}},
-        {[&] { TypeText(autos->edReg, "'"); }, {}},
-    };
-    for (const auto &[set, expected] : cases) {
-        Show();
-        EXPECT_EQ(Plates().size(), 2) << "no filter: the vehicles not deleted";
-        set();
-        Settle();
-        EXPECT_EQ(Plates(), expected);
-    }
-    EXPECT_TRUE(dialogs.Texts().isEmpty()) << dialogs.Texts().join('\n').toStdString();
-}
-
-TEST_F(AutoWindowTest, AVehicleIsAddedThroughItsCardAndRowsInUseAreNotDeleted)
-{
-    NewOrder(NewCustomer("Петров"), NewVehicle("О001ОО"));
-    Show();
-    OnCard(autos->frmAuto->actAdd, {[](TCustomDictFM *card) {
-        EXPECT_EQ(card->windowTitle(), "Новый автомобиль");
-        Type(card, "REG_TCX", "К777КК 'x'");
-        // The editor stops at the column's 30 characters.
-        Type(card, "VIN_TCX", "XW8%_" + QString(26, '9'));
-        card->AdvGlowButton1->click();
-    }});
-    EXPECT_EQ(dialogs.Shown.size(), 0) << dialogs.Texts().join('\n').toStdString();
-    EXPECT_EQ(Scalar("select VIN from AUTO where REG = 'К777КК ''x'''").toString(), "XW8%_" + QString(25, '9'));
-    EXPECT_TRUE(Plates().contains("К777КК 'x'"));
-    for (const auto &[frame, field, name, text] :
-         {std::tuple{autos->frmAuto, "REG", "О001ОО", "Имеются заказы по данному автомобилю. Удаление запрещено"},
-          {autos->frmMark, "MARKNAME", "Volkswagen", "Имеются автомобили данной марки. Удаление запрещено"},
-          {autos->frmModel, "MODNAME", "Passat", "Имеются автомобили данной модели. Удаление запрещено"}}) {
-        ASSERT_TRUE(frame->DS->DataSet()->Locate(field, name));
-        const QStringList before = Column(frame, field);
-        EXPECT_EQ(Delete(frame).value(1), QString(text) + ".");
-        EXPECT_EQ(Column(frame, field), before);
-    }
-}
-
-TEST_F(AutoWindowTest, EveryGridAndGeneratedCardHasRussianTitlesAndTheGridsRegisterTheirRights)
-{
+    // Every grid and generated card has Russian titles.
     Show();
     for (TGridFrame *frame : {autos->frmAuto, autos->frmMark, autos->frmModel, autos->frmAType, autos->frmAYear}) {
         EXPECT_EQ(Untitled(frame), QStringList()) << frame->objectName().toStdString();

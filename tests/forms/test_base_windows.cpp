@@ -12,6 +12,8 @@
 
 namespace {
 
+using BaseWindows = FormsTest;
+
 class RecordingMainWindow : public TMainWindowLink
 {
 public:
@@ -23,7 +25,7 @@ public:
     }
 };
 
-TEST(BaseWindows, ExecuteIsTrueForOkOnlyAndClosingAChildFreesIt)
+TEST_F(BaseWindows, ExecuteIsTrueForOkOnlyClosingAChildFreesItAndSeveralFilterChangesWithinTheIntervalMakeOneRefresh)
 {
     TfmDialog dialog;
     ModalDriver driver;
@@ -62,12 +64,8 @@ TEST(BaseWindows, ExecuteIsTrueForOkOnlyAndClosingAChildFreesIt)
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(main.Messages.size(), 1);
     delete window;
-}
 
-using FilterTest = FormsTest;
-
-TEST_F(FilterTest, SeveralChangesWithinTheIntervalMakeOneRefresh)
-{
+    // Several filter changes within the interval make one refresh.
     // A journal whose frame is refreshed on the timer's tick.
     TfmBase journal;
     journal.setObjectName("FilterJournalFM");
@@ -100,7 +98,6 @@ TEST_F(FilterTest, SeveralChangesWithinTheIntervalMakeOneRefresh)
     EXPECT_EQ(refreshes, 2);
 
     // Dialogs have the same timer.
-    TfmDialog dialog;
     int ticks = 0;
     QObject::connect(dialog.tmrFilter, &QTimer::timeout, [&] { ++ticks; });
     dialog.FilterChange();

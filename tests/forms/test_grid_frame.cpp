@@ -13,7 +13,7 @@ namespace {
 
 using GridFrameTest = FrameTest;
 
-TEST_F(GridFrameTest, RefreshBuildsColumnsFromTheFieldNamesOnceTitledFromTheSectionOfTheOwnerFormAndFrame)
+TEST_F(GridFrameTest, RefreshBuildsTitledColumnsOnceFetchesManyRowsAsShownKeepsThePlaceAndAFailingOneLeavesTheFrameUsable)
 {
     // Without the captions file beside the executable the titles are the field names.
     const QFileInfo executable(QCoreApplication::applicationFilePath());
@@ -51,9 +51,58 @@ TEST_F(GridFrameTest, RefreshBuildsColumnsFromTheFieldNamesOnceTitledFromTheSect
     frame->SetOwnerForm(&owner);
     frame->actRefresh->Execute();
     EXPECT_EQ(frame->GridView->FindColumnByFieldName("USERNAME")->Caption(), "Логин");
+
+    // Many rows are fetched as shown; a refresh keeps the place.
+    TpFIBDataSet *many = Own("many", "select first 100000 r1.RDB$TYPE as ID, r2.RDB$TYPE_NAME as NAME "
+                                     "from RDB$TYPES r1, RDB$TYPES r2, RDB$TYPES r3");
+    MakeFrame("TestManyFM", "frmMany", many, "spNothing")->actRefresh->Execute();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(many->AllFetched());
+    EXPECT_LT(many->RecordCount(), 1000);
+    const int first = many->RecordCount();
+    QScrollBar *bar = frame->GridView->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    QCoreApplication::processEvents();
+    EXPECT_GT(many->RecordCount(), first);
+    EXPECT_FALSE(many->AllFetched());
+
+    frame->GridView->SetFocusedRowIndex(130);
+    frame->GridView->SetTopRowIndex(125);
+    ASSERT_EQ(frame->GridView->TopRowIndex(), 125);
+    frame->actRefresh->Execute();
+    view = frame->GridView;
+    EXPECT_EQ(QList<int>({view->FocusedRowIndex(), many->CurrentIndex(), view->TopRowIndex(), view->currentIndex().row()}),
+              QList<int>({130, 130, 125, 130}));
+    EXPECT_FALSE(many->AllFetched());
+
+    // A failing select shows the refresh error; the frame stays usable.
+    MakeFrame("TestBrokenFM", "frmBroken", Own("broken", "select * from spNoSuchProcedureOpen"), "spRoles");
+    frame->actRefresh->Execute();
+    ASSERT_EQ(dialogs.Shown.size(), 1);
+    EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка обновления");
+    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Не удалось обновить таблицу\r\nПричина: "));
+    EXPECT_TRUE(dialogs.Shown[0].text.contains("SPNOSUCHPROCEDUREOPEN", Qt::CaseInsensitive));
+    EXPECT_EQ(frame->GridView->ColumnCount(), 0);
+    EXPECT_TRUE(frame->actRefresh->isEnabled());
+
+    frame->DS->SetDataSet(&dm->spRolesOpen);
+    frame->actRefresh->Execute();
+    EXPECT_EQ(QList<int>({int(dialogs.Shown.size()), frame->GridView->ColumnCount(), frame->GridView->RowCount()}),
+              QList<int>({1, 3, 3}));
+
+    // A lookup that finds no component leaves the field out.
+    TpFIBDataSet *odd = Own("odd", "select ID, 1 as X_LKP_NOSUCH_F_NAME, 2 as Y_LKP_ROLES, ID as Z_LKP_ROLES_F_NOFIELD, "
+                                   "ID as R_LKP_ROLES_F_ROLENAME, ROLENAME from ROLES");
+    MakeFrame("TestOddFM", "frmOdd", odd, "spRoles")->actRefresh->Execute();
+    EXPECT_EQ(dialogs.Shown.size(), 1) << dialogs.Texts().join('\n').toStdString();
+    EXPECT_EQ(Columns(), QStringList({"ID", "R_LKP_ROLES_F_ROLENAME", "ROLENAME"}));
+    EXPECT_EQ(Shown("R_LKP_ROLES_F_ROLENAME"), Shown("ROLENAME"));
+    // A second refresh tries those fields again and still makes nothing of them.
+    frame->actRefresh->Execute();
+    EXPECT_EQ(frame->GridView->ColumnCount(), 3);
 }
 
-TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeleted)
+TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeletedAFailedSaveKeepsTheCardOpenAndAGuardRefusesTheDelete)
 {
     Exec("insert into DISCOUNTS (DFROM, DTO, DVALUE) values (1000, 25000.5, 5)");
     MakeFrame("TestDiscountFM", "frmDiscount", &dm->spDiscountsOpen, "spDiscounts")->actRefresh->Execute();
@@ -100,10 +149,10 @@ TEST_F(GridFrameTest, DiscountsAreAddedCancelledSavedAndDeleted)
     frame->actAdd->Execute();
     EXPECT_EQ(dialogs.Shown.last().text, "Ошибка при удалении.\r\nТекст ошибки:\r\nEDatabaseError сломалось");
     EXPECT_EQ(Count("DISCOUNTS"), before);
-}
 
-TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAGuardRefusesTheDeleteAndTheTestDoubleClickAndExportCommands)
-{
+    // Over the roles: a failed save keeps the card open, a guard refuses the delete; the test, double click
+    // and export commands.
+    dialogs.Clear();
     MakeFrame("TestRolesFM", "frmRoles", &dm->spRolesOpen, "spRoles")->actRefresh->Execute();
     ASSERT_TRUE(dm->spRolesOpen.Locate("ID", 2));
     OnModal<TDictFM>(frame->actEdit, {[](TDictFM *card) {
@@ -160,59 +209,6 @@ TEST_F(GridFrameTest, FailedSaveKeepsTheCardOpenAGuardRefusesTheDeleteAndTheTest
     file.close();
     QFile::remove(path);
     QFile::remove(path.chopped(5));
-}
-
-TEST_F(GridFrameTest, ManyRowsAreFetchedAsShownAndARefreshKeepsThePlace)
-{
-    TpFIBDataSet *many = Own("many", "select first 100000 r1.RDB$TYPE as ID, r2.RDB$TYPE_NAME as NAME "
-                                     "from RDB$TYPES r1, RDB$TYPES r2, RDB$TYPES r3");
-    MakeFrame("TestManyFM", "frmMany", many, "spNothing")->actRefresh->Execute();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(many->AllFetched());
-    EXPECT_LT(many->RecordCount(), 1000);
-    const int first = many->RecordCount();
-    QScrollBar *bar = frame->GridView->verticalScrollBar();
-    bar->setValue(bar->maximum());
-    QCoreApplication::processEvents();
-    EXPECT_GT(many->RecordCount(), first);
-    EXPECT_FALSE(many->AllFetched());
-
-    frame->GridView->SetFocusedRowIndex(130);
-    frame->GridView->SetTopRowIndex(125);
-    ASSERT_EQ(frame->GridView->TopRowIndex(), 125);
-    frame->actRefresh->Execute();
-    TDBGridView *view = frame->GridView;
-    EXPECT_EQ(QList<int>({view->FocusedRowIndex(), many->CurrentIndex(), view->TopRowIndex(), view->currentIndex().row()}),
-              QList<int>({130, 130, 125, 130}));
-    EXPECT_FALSE(many->AllFetched());
-}
-
-TEST_F(GridFrameTest, FailingSelectShowsTheRefreshErrorTheFrameStaysUsableAndLookupsWithoutAComponentAreLeftOut)
-{
-    MakeFrame("TestBrokenFM", "frmBroken", Own("broken", "select * from spNoSuchProcedureOpen"), "spRoles");
-    frame->actRefresh->Execute();
-    ASSERT_EQ(dialogs.Shown.size(), 1);
-    EXPECT_EQ(dialogs.Shown[0].caption, "Ошибка обновления");
-    EXPECT_TRUE(dialogs.Shown[0].text.startsWith("Не удалось обновить таблицу\r\nПричина: "));
-    EXPECT_TRUE(dialogs.Shown[0].text.contains("SPNOSUCHPROCEDUREOPEN", Qt::CaseInsensitive));
-    EXPECT_EQ(frame->GridView->ColumnCount(), 0);
-    EXPECT_TRUE(frame->actRefresh->isEnabled());
-
-    frame->DS->SetDataSet(&dm->spRolesOpen);
-    frame->actRefresh->Execute();
-    EXPECT_EQ(QList<int>({int(dialogs.Shown.size()), frame->GridView->ColumnCount(), frame->GridView->RowCount()}),
-              QList<int>({1, 3, 3}));
-
-    // A lookup that finds no component leaves the field out.
-    TpFIBDataSet *odd = Own("odd", "select ID, 1 as X_LKP_NOSUCH_F_NAME, 2 as Y_LKP_ROLES, ID as Z_LKP_ROLES_F_NOFIELD, "
-                                   "ID as R_LKP_ROLES_F_ROLENAME, ROLENAME from ROLES");
-    MakeFrame("TestOddFM", "frmOdd", odd, "spRoles")->actRefresh->Execute();
-    EXPECT_EQ(dialogs.Shown.size(), 1) << dialogs.Texts().join('\n').toStdString();
-    EXPECT_EQ(Columns(), QStringList({"ID", "R_LKP_ROLES_F_ROLENAME", "ROLENAME"}));
-    EXPECT_EQ(Shown("R_LKP_ROLES_F_ROLENAME"), Shown("ROLENAME"));
-    // A second refresh tries those fields again and still makes nothing of them.
-    frame->actRefresh->Execute();
-    EXPECT_EQ(frame->GridView->ColumnCount(), 3);
 }
 
 } // namespace

@@ -43,7 +43,7 @@ protected:
     }
 };
 
-TEST_F(GridRightsTest, EachRightEnablesItsActions)
+TEST_F(GridRightsTest, EachRightEnablesItsActionsADisabledOneStaysSoAndFramesRegisterInTheCatalogue)
 {
     FrameForRole(1);
     // Seeded roles with their defaults on a new frame, a role with neither a right nor a default, and new
@@ -65,20 +65,18 @@ TEST_F(GridRightsTest, EachRightEnablesItsActions)
     frame->OnFillParameters = [&](TFIBDataSet *) { ++fills; };
     EXPECT_FALSE(frame->actRefresh->Execute());
     EXPECT_EQ(fills, 0);
-}
 
-TEST_F(GridRightsTest, AnActionOnceDisabledStaysSoFramesWithoutRightsOrARowInTheCatalogueAndNewFramesRegister)
-{
+    // An action once disabled stays so, whatever the role.
+    CurrentRoleId = 1;
     MakeFrame("RightsFM", "frmRightsTest", &dm->spRolesOpen, "spRoles", "Проверка прав");
     frame->actAdd->setEnabled(false);
     frame->actRefresh->Execute();
     EXPECT_EQ(Enabled(), "1011");
-    CurrentRoleId = RoleWithRight(2);
-    frame->actRefresh->Execute();
-    EXPECT_EQ(Enabled(), "1000");
-    CurrentRoleId = 1;
-    frame->actRefresh->Execute();
-    EXPECT_EQ(Enabled(), "1000");
+    for (const qint32 role : {RoleWithRight(2), 1}) {
+        CurrentRoleId = role;
+        frame->actRefresh->Execute();
+        EXPECT_EQ(Enabled(), "1000") << role;
+    }
 
     // Straight to the handler: the action list's registration does not run.
     MakeFrame("UnknownFM", "frmUnknown", &dm->spRolesOpen, "spRoles")->actRefreshExecute(nullptr);

@@ -88,25 +88,16 @@ protected:
                           .arg(Quoted(name)).arg(cost).arg(quantity).arg(Quoted(articul), Quoted(scode)));
     }
     // The identifier of the row of `table` whose `column` holds `name`.
-    int IdOf(const QString &table, const QString &column, const QString &name)
-    {
-        return Scalar("select ID from " + table + " where " + column + " = " + Quoted(name)).toInt();
-    }
+    int IdOf(const QString &table, const QString &column, const QString &name) { return Scalar("select ID from " + table + " where " + column + " = " + Quoted(name)).toInt(); }
 
     // The editor a hand-laid card made in the box of that field.
-    static QWidget *Editor(QWidget *card, const QString &field)
-    {
-        return card->findChild<QWidget *>(TFieldNameGrammar::ComplexEditorName(field));
-    }
+    static QWidget *Editor(QWidget *card, const QString &field) { return card->findChild<QWidget *>(TFieldNameGrammar::ComplexEditorName(field)); }
     static QLineEdit *Line(QWidget *editor)
     {
         auto *combo = qobject_cast<QComboBox *>(editor);
         return combo ? combo->lineEdit() : qobject_cast<QLineEdit *>(editor);
     }
-    static void Type(QWidget *card, const QString &name, const QString &text)
-    {
-        TypeText(card->findChild<QLineEdit *>(name), text);
-    }
+    static void Type(QWidget *card, const QString &name, const QString &text) { TypeText(card->findChild<QLineEdit *>(name), text); }
     // Types into an editor and leaves it, as a user moving on to the next field.
     static void TypeAndLeave(QWidget *editor, const QString &text)
     {

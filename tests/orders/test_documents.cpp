@@ -175,12 +175,10 @@ TEST_F(Documents, EachKindFillsItsLayoutAndEveryPlaceholder)
     ASSERT_TRUE(Soffice({resaved.path() + "/zakaz-lo.rtf"}, "rtf", resaved.path() + "/lo"));
     QFile::copy(resaved.path() + "/lo/zakaz-lo.rtf", folder + "zakaz-lo.dot");
     struct Kind { QString kind; int table; TLayout layout; QString title; };
-    const QList<Kind> kinds = {{"zakaz", 3, TLayout::Short, "ЗАЯВКА № Т-101"},
-                               {"zakaz-nar", 3, TLayout::Short, "ЗАКАЗ-НАРЯД № Т-101 от " + date},
+    const QList<Kind> kinds = {{"zakaz", 3, TLayout::Short, "ЗАЯВКА № Т-101"}, {"zakaz-nar", 3, TLayout::Short, "ЗАКАЗ-НАРЯД № Т-101 от " + date},
                                {"schet", 2, TLayout::Wide, "СЧЁТ НА ОПЛАТУ № Т-101 от " + date},
                                {"schet-fact", 2, TLayout::Tax, "СЧЁТ-ФАКТУРА № Т-101 от " + date},
-                               {"act", 3, TLayout::Short, "по заказ-наряду № Т-101 от " + date},
-                               {"zakaz-lo", 3, TLayout::Short, "ЗАЯВКА № Т-101"}};
+                               {"act", 3, TLayout::Short, "по заказ-наряду № Т-101 от " + date}, {"zakaz-lo", 3, TLayout::Short, "ЗАЯВКА № Т-101"}};
     const QStringList values = {
         "#itog#=" + sum, "#itogP#=" + sumWords, "#NDSP#=" + vatWords, "#colZ#=3", "#summaZ#=4401.00 р. ", "#NDS#=" + vat,
         "#MainName#=ООО \"Автомастер\"", "#MainINN#=7701234567", "#MainSchet#=40702810900000012345",
@@ -233,7 +231,7 @@ TEST_F(Documents, EachKindFillsItsLayoutAndEveryPlaceholder)
 }
 
 // Each case as in a fresh run. The refusals come before any file is made.
-TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeave)
+TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeaveThenTheFirstPrintFixesTheCustomerAndLinesAndOddDataIsRefused)
 {
     const QString folder = OwnTemplates();
     const QByteArray good = Read(folder + "zakaz.dot");
@@ -302,11 +300,9 @@ TEST_F(Documents, RefusalsAndFailuresAndWhatTheyLeave)
         Filter(journal->edNum, "");
         Pick(order);
     }
-}
 
-TEST_F(Documents, TheFirstPrintFixesTheCustomerAndLinesAndOddDataIsRefused)
-{
-    // No KPP: the joined tax number is null.
+    // Then the first print of the run, without a KPP: the joined tax number is null.
+    dialogs.Clear();
     Exec(QString("update CUST set KPP = null where ID = %1").arg(customer));
     journal->Mak_Zakaz(0, "zakaz");
     EXPECT_EQ(dialogs.Texts(), QStringList());

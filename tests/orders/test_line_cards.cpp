@@ -52,7 +52,7 @@ protected:
     int order = 0;
 };
 
-TEST_F(LineCards, ServiceCardWritesTheChosenServiceIntoTheNewLineOrNoneFromAnEmptyCatalogue)
+TEST_F(LineCards, ServiceCardWritesTheChosenServiceOrNoneFromAnEmptyCatalogueAndTheMaterialsEditModeTakesOneMaterial)
 {
     const int oil = NewService("Замена масла", 1500, 2, "ЗМ-1", "501");
     NewService("Мойка 100%", 300, 1, "М_1", "502");
@@ -65,14 +65,10 @@ TEST_F(LineCards, ServiceCardWritesTheChosenServiceIntoTheNewLineOrNoneFromAnEmp
         EXPECT_GE(Column(c->frmServices, "ID").size(), 2);
         // Filters: contains on each field, all together; patterns and quotes are text.
         const QList<std::tuple<QWidget *, QString, QStringList>> cases = {
-            {c->edName, "масл", {"Замена масла"}},
-            {c->edName, "", {}},
-            {c->edArticul, "М_1", {"Замена масла", "Мойка 100%"}},
-            {c->edArticul, "", {}},
-            {c->edCode, "0%2", {"Мойка 100%"}},
-            {c->edName, "Мойка 100", {"Мойка 100%"}},
-            {c->edName, "'", {}},
-            {c->edName, "", {}},
+            {c->edName, "масл", {"Замена масла"}},                    {c->edName, "", {}},
+            {c->edArticul, "М_1", {"Замена масла", "Мойка 100%"}},   {c->edArticul, "", {}},
+            {c->edCode, "0%2", {"Мойка 100%"}},                      {c->edName, "Мойка 100", {"Мойка 100%"}},
+            {c->edName, "'", {}},                                    {c->edName, "", {}},
             {c->edCode, "", {}},
         };
         for (const auto &[editor, text, names] : cases) {
@@ -99,6 +95,23 @@ TEST_F(LineCards, ServiceCardWritesTheChosenServiceIntoTheNewLineOrNoneFromAnEmp
     }});
     EXPECT_EQ(Scalar(QString("select count(*) from ORDSERV where IDORDER = %1 and IDSERV is null").arg(order)).toInt(), 1);
     EXPECT_EQ(dialogs.Shown.size(), 0);
+
+    // The materials card in its edit mode takes one material.
+    const int a = NewMaterial("Фильтр масляный", 400);
+    const int b = NewMaterial("Фильтр воздушный", 600);
+    Exec(QString("insert into ORDMAT (IDORDER, IDMAT, OCNT) values (%1, %2, 3)").arg(order).arg(a));
+    dm->pFIBTransaction1.CommitRetaining();
+    lines = Lines<TOrdMatCardFM>(&dm->spOrdMatOpen, "frmOrdMat", "spOrdMat");
+    OnModal<TOrdMatCardFM>(lines->actEdit, {[&](TOrdMatCardFM *c) {
+        EXPECT_FALSE(c->AdvGlowButton1->isHidden());
+        EXPECT_TRUE(c->AdvGlowButton3->isHidden());
+        EXPECT_TRUE(c->cxLabel1->isHidden());
+        EXPECT_EQ(c->frmMaterials->GridView->selectionMode(), QAbstractItemView::SingleSelection);
+        Filter(c->edMatName, "воздуш");
+        ASSERT_EQ(Column(c->frmMaterials, "ID"), QStringList({QString::number(b)}));
+        c->AdvGlowButton1->click();
+    }});
+    EXPECT_EQ(MaterialLines(), QStringList{QString("%1|3||").arg(b)});
 }
 
 TEST_F(LineCards, MaterialsAddModeAddsALineForEachSelectedMaterialAndNoneForNoSelection)
@@ -139,25 +152,6 @@ TEST_F(LineCards, MaterialsAddModeAddsALineForEachSelectedMaterialAndNoneForNoSe
         expected << QString("%1|2|10|%2").arg(material).arg(empl);
     EXPECT_EQ(MaterialLines(), expected);
     EXPECT_EQ(Column(lines, "ID").size(), 4) << "the frame refreshed after OK";
-}
-
-TEST_F(LineCards, MaterialsEditModeTakesOneMaterial)
-{
-    const int a = NewMaterial("Фильтр масляный", 400);
-    const int b = NewMaterial("Фильтр воздушный", 600);
-    Exec(QString("insert into ORDMAT (IDORDER, IDMAT, OCNT) values (%1, %2, 3)").arg(order).arg(a));
-    dm->pFIBTransaction1.CommitRetaining();
-    TGridFrame *lines = Lines<TOrdMatCardFM>(&dm->spOrdMatOpen, "frmOrdMat", "spOrdMat");
-    OnModal<TOrdMatCardFM>(lines->actEdit, {[&](TOrdMatCardFM *c) {
-        EXPECT_FALSE(c->AdvGlowButton1->isHidden());
-        EXPECT_TRUE(c->AdvGlowButton3->isHidden());
-        EXPECT_TRUE(c->cxLabel1->isHidden());
-        EXPECT_EQ(c->frmMaterials->GridView->selectionMode(), QAbstractItemView::SingleSelection);
-        Filter(c->edMatName, "воздуш");
-        ASSERT_EQ(Column(c->frmMaterials, "ID"), QStringList({QString::number(b)}));
-        c->AdvGlowButton1->click();
-    }});
-    EXPECT_EQ(MaterialLines(), QStringList{QString("%1|3||").arg(b)});
 }
 
 } // namespace

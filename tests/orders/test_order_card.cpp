@@ -138,34 +138,7 @@ TEST_F(OrderCard, AWholeOrderEnteredThroughTheWindows)
     EXPECT_TRUE(Column(journal->frmOrders, "ID").contains(QString::number(order)));
 }
 
-TEST_F(OrderCard, AllEightEmptyKeepsTheCardOpenAndCancelRemovesTheNewOrderWithItsLines)
-{
-    const int before = Count("ORDERS");
-    const int service = NewService("Диагностика");
-    int order = 0;
-    dialogs.Answer(Dialogs::ResultCancel); // "Данные были изменены. Сохранить?"
-    OnModal<TOrdersCardFM>(journal->frmOrders->actAdd, {[&](TOrdersCardFM *card) {
-        order = card->OrderId().toInt();
-        AddService(card, service);
-        AddMaterials(card, {NewMaterial("Свеча")});
-        SetCell(card->frmOrdMat, 0, "OCNT", 4);
-        ASSERT_NE(Lines(order), "|");
-        TFIBDataSet *row = card->DataSet();
-        row->Edit();
-        for (const char *field : {"NUM", "CREATE_DATE", "IDSTATUS_LKP_OSTATE_F_STATENAME"})
-            row->FieldByName(field)->SetValue(QVariant());
-        card->AdvGlowButton1->click();
-        QTest::qWait(50);
-        EXPECT_EQ(card->ModalResult(), mrNone);
-        EXPECT_TRUE(card->isVisible());
-        EXPECT_FALSE(Scalar(QString("select NUM from ORDERS where ID = %1").arg(order)).isNull()) << "nothing stored";
-        card->AdvGlowButton2->click();
-    }});
-    EXPECT_EQ(Count("ORDERS"), before);
-    EXPECT_EQ(Lines(order), "|");
-}
-
-TEST_F(OrderCard, ASecondShowAddsNoFooterSumsAndAStatusChangeStampsTheDate)
+TEST_F(OrderCard, ASecondShowAddsNoFooterSumsAStatusChangeStampsTheDateRefusedInputLeavesTheOrderIntactAndCancelRemovesANewOne)
 {
     const int order = NewOrder(NewCustomer("Петров"), NewVehicle("В002ВВ"));
     Exec(QString("update ORDERS set STATUS_DATE = '01.01.2020' where ID = %1").arg(order));
@@ -185,43 +158,64 @@ TEST_F(OrderCard, ASecondShowAddsNoFooterSumsAndAStatusChangeStampsTheDate)
         });
     EXPECT_EQ(Scalar(QString("select IDSTATUS || ' ' || trim(iif(datediff(minute from STATUS_DATE to current_timestamp) < 2, "
                              "'now', 'earlier')) from ORDERS where ID = %1").arg(order)).toString(), "2 now");
-}
 
-TEST_F(OrderCard, RefusedInputLeavesTheStoredOrderIntact)
-{
-    const int order = NewOrder(NewCustomer("Сидоров"), NewVehicle("С003СС"));
-    Exec(QString("insert into ORDSERV (IDORDER, IDSERV, OHOURS) values (%1, %2, 1)").arg(order).arg(NewService("Мойка", 500)));
-    Exec(QString("insert into ORDMAT (IDORDER, IDMAT, OCNT) values (%1, %2, 1)").arg(order).arg(NewMaterial("Щётка", 40, 5)));
-    const QString lines = Lines(order);
-    const double sum = StoredSum(order);
+    // Refused input on another order leaves it as it is stored.
+    const int other = NewOrder(NewCustomer("Сидоров"), NewVehicle("С003СС"));
+    Exec(QString("insert into ORDSERV (IDORDER, IDSERV, OHOURS) values (%1, %2, 1)").arg(other).arg(NewService("Мойка", 500)));
+    Exec(QString("insert into ORDMAT (IDORDER, IDMAT, OCNT) values (%1, %2, 1)").arg(other).arg(NewMaterial("Щётка", 40, 5)));
+    const QString lines = Lines(other);
+    const double sum = StoredSum(other);
+    const QString hours = "Количество часов должно быть от 0 до 1 000 000", count = "Количество должно быть целым числом от 1 до 1 000 000";
     const struct { bool services; const char *field; QVariant value; QString message; } cases[] = {
         {true, "DISCOUNT", 150, "Скидка должна быть от 0 до 100 %"},
-        {true, "HOURS", -2, "Количество часов должно быть от 0 до 1 000 000"},
-        {true, "HOURS", "abc", "Количество часов должно быть от 0 до 1 000 000"},
-        {false, "OCNT", -3, "Количество должно быть целым числом от 1 до 1 000 000"},
-        {false, "OCNT", 1e12, "Количество должно быть целым числом от 1 до 1 000 000"},
+        {true, "HOURS", -2, hours}, {true, "HOURS", "abc", hours}, {false, "OCNT", -3, count}, {false, "OCNT", 1e12, count},
         {false, "OCNT", 50, "На складе недостаточно данного материала."},
     };
-    OnOrder(order, [&](TOrdersCardFM *card) {
+    OnOrder(other, [&](TOrdersCardFM *card) {
         for (const auto &c : cases) {
             dialogs.Clear();
             SetCell(c.services ? card->frmOrdServ : card->frmOrdMat, 0, c.field, c.value);
             EXPECT_EQ(dialogs.Texts().replaceInStrings(QRegularExpression("^\\s+|\\s+$"), ""), QStringList{c.message}) << c.field;
-            EXPECT_EQ(Lines(order), lines) << c.field;
-            EXPECT_NEAR(StoredSum(order), sum, 0.01);
+            EXPECT_EQ(Lines(other), lines) << c.field;
+            EXPECT_NEAR(StoredSum(other), sum, 0.01);
         }
         dialogs.Clear();
         card->btnMaster->click();
         EXPECT_EQ(dialogs.Texts(), QStringList({TOrdersCardFM::MasterQuestion, ApplicationErrorHeading + TOrdersCardFM::NoMasterText}));
-        EXPECT_EQ(Lines(order), lines);
+        EXPECT_EQ(Lines(other), lines);
 
-        // A discount of 100 is taken: the line's sum is 0 and leaves the order's total.
+        // A discount of 100 is taken: the line's sum is 0 and leaves the other's total.
         SetCell(card->frmOrdServ, 0, "DISCOUNT", 100);
         EXPECT_EQ(Column(card->frmOrdServ, "SUMM"), QStringList{"0"});
-        EXPECT_NEAR(StoredSum(order), 40, 0.01);
+        EXPECT_NEAR(StoredSum(other), 40, 0.01);
         EXPECT_NEAR(Total(card->TCX_SUMM_NETTO), 40, 0.01);
         card->AdvGlowButton2->click();
     });
+
+    // All eight fields empty keep the card open; Cancel removes the new order with its lines.
+    const int orders = Count("ORDERS");
+    const int diagnostics = NewService("Диагностика");
+    int added = 0;
+    dialogs.Answer(Dialogs::ResultCancel); // "Данные были изменены. Сохранить?"
+    OnModal<TOrdersCardFM>(journal->frmOrders->actAdd, {[&](TOrdersCardFM *card) {
+        added = card->OrderId().toInt();
+        AddService(card, diagnostics);
+        AddMaterials(card, {NewMaterial("Свеча")});
+        SetCell(card->frmOrdMat, 0, "OCNT", 4);
+        ASSERT_NE(Lines(added), "|");
+        TFIBDataSet *row = card->DataSet();
+        row->Edit();
+        for (const char *field : {"NUM", "CREATE_DATE", "IDSTATUS_LKP_OSTATE_F_STATENAME"})
+            row->FieldByName(field)->SetValue(QVariant());
+        card->AdvGlowButton1->click();
+        QTest::qWait(50);
+        EXPECT_EQ(card->ModalResult(), mrNone);
+        EXPECT_TRUE(card->isVisible());
+        EXPECT_FALSE(Scalar(QString("select NUM from ORDERS where ID = %1").arg(added)).isNull()) << "nothing stored";
+        card->AdvGlowButton2->click();
+    }});
+    EXPECT_EQ(Count("ORDERS"), orders);
+    EXPECT_EQ(Lines(added), "|");
 }
 
 } // namespace

@@ -65,7 +65,7 @@ protected:
     int fresh = 0, working = 0, closed = 0, old = 0, deleted = 0, bare = 0;
 };
 
-TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysComeAndDeletesOnlyUnpaidOnes)
+TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysComeDeletesOnlyUnpaidOnesAndTheVehiclesWindowJumpsHere)
 {
     int opens = 0;
     QObject::connect(&dm->spOrdersOpen, &TFIBDataSet::Opened, [&] { ++opens; });
@@ -108,44 +108,39 @@ TEST_F(OrderJournal, ShowListsTheLastThirtyDaysOfLiveOrdersRefreshesOnceAsKeysCo
     w->frmOrders->actDel->Execute();
     EXPECT_EQ(Count("ORDERS where ID = " + QString::number(fresh)), 0);
     EXPECT_EQ(Ids(w), QList<int>({working, closed, bare}));
+
+    // The vehicles window jumps here through the main window, filtered by the plate.
+    window.reset();
+    const int ancient = NewOrder(ivanov, octavia, 6, "cast('today' as date) - 400");
+    dm->pFIBTransaction1.CommitRetaining();
+    TMainFM main({"kelvarion"});
+    main.show();
+    ASSERT_TRUE(main.actShowOrder->isEnabled());
+    main.actShowAuto->Execute();
+    auto *vehicles = dynamic_cast<TAutoFM *>(main.MDIClient->activeSubWindow()->widget());
+    ASSERT_NE(vehicles, nullptr);
+    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", octavia));
+    vehicles->miShowOrdersClick(nullptr);
+    auto *journal = dynamic_cast<TOrderFM *>(main.MDIClient->activeSubWindow()->widget());
+    ASSERT_NE(journal, nullptr);
+    EXPECT_EQ(journal->edReg->text(), "К456МН99");
+    EXPECT_TRUE(journal->tmrFilter->isActive());
+    Settle();
+    EXPECT_EQ(Ids(journal), QList<int>({working, closed, bare, ancient})) << "every live order with that plate, and the bare one";
+
+    // A second jump reuses the open journal.
+    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", passat));
+    vehicles->miShowOrdersClick(nullptr);
+    Settle();
+    int journals = 0;
+    for (QMdiSubWindow *sub : main.MDIClient->subWindowList())
+        journals += !sub->isHidden() && dynamic_cast<TOrderFM *>(sub->widget());
+    EXPECT_EQ(journals, 1);
+    EXPECT_EQ(Ids(journal), QList<int>({old, bare})) << "the order deleted above is gone";
+    main.close();
 }
 
-TEST_F(OrderJournal, FiltersNarrowTheListAsTheProcedureDoes)
-{
-    TOrderFM *w = Journal();
-    const QList<int> all = {fresh, working, closed, bare};
-    const struct { const char *what; std::function<void()> set; QList<int> expected; } cases[] = {
-        {"status '-Активен-' is every status below 6", [&] { PickKey(w->lcbOStateMain, 7); }, {fresh, working, bare}},
-        {"one status, and the order with none", [&] { PickKey(w->lcbOStateMain, 2); }, {working}},
-        {"status cleared is all", [&] { PickKey(w->lcbOStateMain, QVariant()); }, all},
-        {"customer, and orders without one", [&] { PickKey(w->lcbCust, petrov); }, {working, bare}},
-        {"customer cleared", [&] { PickKey(w->lcbCust, QVariant()); }, all},
-        {"plate contains", [&] { Filter(w->edReg, "456"); }, {working, closed, bare}},
-        {"plate in Cyrillic", [&] { Filter(w->edReg, "А123"); }, {fresh, bare}},
-        {"plate with a quote", [&] { Filter(w->edReg, "'"); }, {bare}},
-        {"plate cleared", [&] { Filter(w->edReg, ""); }, all},
-        {"number with % and _ taken as patterns", [&] { Filter(w->edNum, "50%_\""); }, {working}},
-        {"number matching nothing", [&] { Filter(w->edNum, "Я_нет"); }, {}},
-        {"number cleared", [&] { Filter(w->edNum, ""); }, all},
-        {"make", [&] { PickKey(w->lcbMark, 2); }, {working, closed, bare}},
-        {"model on top", [&] { PickKey(w->lcbModel, 1); }, {bare}},
-        {"lookups cleared", [&] { PickKey(w->lcbMark, QVariant()), PickKey(w->lcbModel, QVariant()); }, all},
-        {"deleted only with 'Удаленные'", [&] { w->cbDel->click(); }, {deleted}},
-        {"live again", [&] { w->cbDel->click(); }, all},
-        {"the period takes in older orders", [&] { w->deUp->setDateTime(QDateTime::currentDateTime().addDays(-45)); },
-         {fresh, working, closed, old, bare}},
-        {"the last day counts whole",
-         [&] { w->deTo->setDateTime(QDateTime(QDate::currentDate().addDays(-40), QTime(0, 0))); }, {old}},
-    };
-    for (const auto &c : cases) {
-        c.set();
-        Settle();
-        EXPECT_EQ(Ids(w), c.expected) << c.what;
-    }
-    EXPECT_EQ(dialogs.Shown.size(), 0);
-}
-
-TEST_F(OrderJournal, PrintReportsEachTickedKindInOrder)
+TEST_F(OrderJournal, PrintReportsEachTickedKindInOrderAndFiltersNarrowTheListAsTheProcedureDoes)
 {
     TOrderFM *w = Journal();
     // The order (0: the journal filtered empty), the check boxes to toggle (1-based), OK or Cancel, what is
@@ -173,37 +168,36 @@ TEST_F(OrderJournal, PrintReportsEachTickedKindInOrder)
         }});
         EXPECT_EQ(dialogs.Texts(), c.expected) << c.what;
     }
-}
 
-TEST_F(OrderJournal, TheVehiclesWindowJumpsHereFilteredByThePlate)
-{
-    const int ancient = NewOrder(ivanov, octavia, 6, "cast('today' as date) - 400");
-    dm->pFIBTransaction1.CommitRetaining();
-    TMainFM main({"kelvarion"});
-    main.show();
-    ASSERT_TRUE(main.actShowOrder->isEnabled());
-    main.actShowAuto->Execute();
-    auto *vehicles = dynamic_cast<TAutoFM *>(main.MDIClient->activeSubWindow()->widget());
-    ASSERT_NE(vehicles, nullptr);
-    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", octavia));
-    vehicles->miShowOrdersClick(nullptr);
-    auto *journal = dynamic_cast<TOrderFM *>(main.MDIClient->activeSubWindow()->widget());
-    ASSERT_NE(journal, nullptr);
-    EXPECT_EQ(journal->edReg->text(), "К456МН99");
-    EXPECT_TRUE(journal->tmrFilter->isActive());
-    Settle();
-    EXPECT_EQ(Ids(journal), QList<int>({working, closed, bare, ancient})) << "every live order with that plate, and the bare one";
-
-    // A second jump reuses the open journal.
-    ASSERT_TRUE(dm->spAutoOpen.Locate("ID", passat));
-    vehicles->miShowOrdersClick(nullptr);
-    Settle();
-    int journals = 0;
-    for (QMdiSubWindow *sub : main.MDIClient->subWindowList())
-        journals += !sub->isHidden() && dynamic_cast<TOrderFM *>(sub->widget());
-    EXPECT_EQ(journals, 1);
-    EXPECT_EQ(Ids(journal), QList<int>({fresh, old, bare}));
-    main.close();
+    // The filters, from the journal as it was shown.
+    Filter(w->edNum, "");
+    dialogs.Shown.clear();
+    const QList<int> all = {fresh, working, closed, bare};
+    const struct { const char *what; std::function<void()> set; QList<int> expected; } filters[] = {
+        {"status '-Активен-' is every status below 6", [&] { PickKey(w->lcbOStateMain, 7); }, {fresh, working, bare}},
+        {"one status, and the order with none", [&] { PickKey(w->lcbOStateMain, 2); }, {working}},
+        {"status cleared is all", [&] { PickKey(w->lcbOStateMain, QVariant()); }, all},
+        {"customer, and orders without one", [&] { PickKey(w->lcbCust, petrov); }, {working, bare}},
+        {"customer cleared", [&] { PickKey(w->lcbCust, QVariant()); }, all},
+        {"plate contains", [&] { Filter(w->edReg, "456"); }, {working, closed, bare}},
+        {"plate in Cyrillic", [&] { Filter(w->edReg, "А123"); }, {fresh, bare}},
+        {"plate with a quote", [&] { Filter(w->edReg, "'"); }, {bare}},       {"plate cleared", [&] { Filter(w->edReg, ""); }, all},
+        {"number with % and _ taken as patterns", [&] { Filter(w->edNum, "50%_\""); }, {working}},
+        {"number matching nothing", [&] { Filter(w->edNum, "Я_нет"); }, {}}, {"number cleared", [&] { Filter(w->edNum, ""); }, all},
+        {"make", [&] { PickKey(w->lcbMark, 2); }, {working, closed, bare}},    {"model on top", [&] { PickKey(w->lcbModel, 1); }, {bare}},
+        {"lookups cleared", [&] { PickKey(w->lcbMark, QVariant()), PickKey(w->lcbModel, QVariant()); }, all},
+        {"deleted only with 'Удаленные'", [&] { w->cbDel->click(); }, {deleted}}, {"live again", [&] { w->cbDel->click(); }, all},
+        {"the period takes in older orders", [&] { w->deUp->setDateTime(QDateTime::currentDateTime().addDays(-45)); },
+         {fresh, working, closed, old, bare}},
+        {"the last day counts whole",
+         [&] { w->deTo->setDateTime(QDateTime(QDate::currentDate().addDays(-40), QTime(0, 0))); }, {old}},
+    };
+    for (const auto &c : filters) {
+        c.set();
+        Settle();
+        EXPECT_EQ(Ids(w), c.expected) << c.what;
+    }
+    EXPECT_EQ(dialogs.Shown.size(), 0);
 }
 
 } // namespace

@@ -15,7 +15,8 @@ namespace {
 
 using CataloguesTest = CatalogueTest;
 
-TEST_F(CataloguesTest, EachWindowHasRussianTitlesAndItsRightsRegisteredAndHonoured)
+// What the read-only role may do in these windows is held by the day's suite, over every window.
+TEST_F(CataloguesTest, EachWindowHasRussianTitlesAndItsRightsRegisteredAServiceTakesANewCategoryAtOnceAndARowInUseIsNotDeleted)
 {
     const struct { std::function<TListFM *()> show; QString key, title, card; } windows[] = {
         {[this] { return Show<TMaterialsFM>(); }, "MaterialsFM.frmMaterials", "Справочник материалов", "MaterialsCardFM"},
@@ -24,65 +25,21 @@ TEST_F(CataloguesTest, EachWindowHasRussianTitlesAndItsRightsRegisteredAndHonour
          "frmOperationTypeDictFM"},
     };
     for (const auto &w : windows) {
-        CurrentRoleId = 1;
-        TListFM *window = w.show();
-        TGridFrame *frame = window->Frame;
+        TGridFrame *frame = w.show()->Frame;
         EXPECT_EQ(frame->RightsKey(), w.key);
         ExpectRussianTitles(frame);
         EXPECT_GT(frame->GridView->RowCount(), 0) << w.key.toStdString();
         EXPECT_EQ(Scalar("select ACTNAME from ACTIONS where TACTION = '" + w.key + "'").toString(), w.title);
         EXPECT_TRUE(frame->actAdd->isEnabled() && frame->actEdit->isEnabled() && frame->actDel->isEnabled());
-
         OnCard(frame->actEdit, {[&](TCustomDictFM *card) {
             EXPECT_EQ(card->objectName(), w.card);
             EXPECT_GT(CardTexts(card).size(), 2) << w.card.toStdString();
             EXPECT_EQ(NotRussian(CardTexts(card)), QStringList()) << w.card.toStdString();
             card->AdvGlowButton2->click();
         }});
-
-        // The seeded read-only role sees the rows and can change nothing.
-        CurrentRoleId = 3;
-        frame = w.show()->Frame;
-        EXPECT_GT(frame->GridView->RowCount(), 0);
-        EXPECT_EQ(QList<bool>({frame->actRefresh->isEnabled(), frame->actAdd->isEnabled(), frame->actEdit->isEnabled(),
-                               frame->actDel->isEnabled()}),
-                  QList<bool>({true, false, false, false}))
-            << w.key.toStdString();
     }
-    EXPECT_TRUE(dialogs.Shown.isEmpty()) << dialogs.Texts().join('\n').toStdString();
-}
 
-TEST_F(CataloguesTest, ARowStillInUseIsNotDeletedAndTheDatabaseSaysWhy)
-{
-    const int valve = IdOf("MAT", "MATNAME", "Вентиль TR413");
-    const int balancing = IdOf("SERV", "SERVNAME", "Балансировка колеса");
-    Exec("insert into STOREMAT (ID, IDOTYPE, IDCUST) values (900, 1, 1)");
-    Exec(QString("insert into STORE (IDSTOREMAT, IDMAT, QUANTITY) values (900, %1, 1)").arg(valve));
-    Exec("insert into STOREMAT (ID, IDOTYPE, IDCUST) values (901, 3, 1)");
-    Exec("insert into ORDERS (ID, IDCUST) values (900, 1)");
-    Exec(QString("insert into ORDSERV (IDORDER, IDSERV) values (900, %1)").arg(balancing));
-    const struct { std::function<TListFM *()> show; QString table; int id; QString prompt, refusal; } cases[] = {
-        {[this] { return Show<TOperationTypeFM>(); }, "OTYPE", 3,
-         "Вы уверены, что хотите удалить выбранную складскую операцию?",
-         "Имеются поставки с данным типом складской операции. Удаление запрещено"},
-        {[this] { return Show<TMaterialsFM>(); }, "MAT", valve, "Вы уверены, что хотите удалить выбранный материал?",
-         "Имеются поставки данного товара. Удаление запрещено"},
-        {[this] { return Show<TServicesFM>(); }, "SERV", balancing, "Вы уверены, что хотите удалить выбранную услугу?",
-         "Имеются заказы включающие данную услугу. Удаление запрещено"},
-    };
-    for (const auto &c : cases) {
-        TGridFrame *frame = c.show()->Frame;
-        const int rows = frame->GridView->RowCount();
-        const int before = Count(c.table);
-        ASSERT_TRUE(frame->DS->DataSet()->Locate("ID", c.id));
-        EXPECT_EQ(Delete(frame), QStringList({c.prompt, c.refusal + "."}));
-        EXPECT_EQ(Count(c.table), before);
-        EXPECT_EQ(frame->GridView->RowCount(), rows);
-    }
-}
-
-TEST_F(CataloguesTest, AServiceTakesANewCategoryAtOnceAndKeepsItAfterCancel)
-{
+    // A service takes a new category at once and keeps it after Cancel.
     auto *services = Show<TServicesFM>();
     const QString field = "IDCSERV_LKP_CSERV_F_CSERVNAME";
     dialogs.Answer(Dialogs::ResultCancel); // "save the changes?" at cancel
@@ -113,6 +70,33 @@ TEST_F(CataloguesTest, AServiceTakesANewCategoryAtOnceAndKeepsItAfterCancel)
     Filter(services->edArticul, "_01'");
     EXPECT_EQ(Column(services->frmServices, "SERVNAME"), QStringList({"Развал-схождение"}));
     EXPECT_EQ(dialogs.Texts(), QStringList({TCustomDictFM::SaveQuestion}));
+
+    // A row still in use is not deleted, and the database says why.
+    const int valve = IdOf("MAT", "MATNAME", "Вентиль TR413");
+    const int balancing = IdOf("SERV", "SERVNAME", "Балансировка колеса");
+    Exec("insert into STOREMAT (ID, IDOTYPE, IDCUST) values (900, 1, 1)");
+    Exec(QString("insert into STORE (IDSTOREMAT, IDMAT, QUANTITY) values (900, %1, 1)").arg(valve));
+    Exec("insert into STOREMAT (ID, IDOTYPE, IDCUST) values (901, 3, 1)");
+    Exec("insert into ORDERS (ID, IDCUST) values (900, 1)");
+    Exec(QString("insert into ORDSERV (IDORDER, IDSERV) values (900, %1)").arg(balancing));
+    const struct { std::function<TListFM *()> show; QString table; int id; QString prompt, refusal; } cases[] = {
+        {[this] { return Show<TOperationTypeFM>(); }, "OTYPE", 3,
+         "Вы уверены, что хотите удалить выбранную складскую операцию?",
+         "Имеются поставки с данным типом складской операции. Удаление запрещено"},
+        {[this] { return Show<TMaterialsFM>(); }, "MAT", valve, "Вы уверены, что хотите удалить выбранный материал?",
+         "Имеются поставки данного товара. Удаление запрещено"},
+        {[this] { return Show<TServicesFM>(); }, "SERV", balancing, "Вы уверены, что хотите удалить выбранную услугу?",
+         "Имеются заказы включающие данную услугу. Удаление запрещено"},
+    };
+    for (const auto &c : cases) {
+        TGridFrame *frame = c.show()->Frame;
+        const int rows = frame->GridView->RowCount();
+        const int before = Count(c.table);
+        ASSERT_TRUE(frame->DS->DataSet()->Locate("ID", c.id));
+        EXPECT_EQ(Delete(frame), QStringList({c.prompt, c.refusal + "."}));
+        EXPECT_EQ(Count(c.table), before);
+        EXPECT_EQ(frame->GridView->RowCount(), rows);
+    }
 }
 
 TEST_F(CataloguesTest, ThePickerAddsAMaterialThatTheCatalogueShowsTooAndHandsBackTheChosenOneOrNothing)

@@ -114,10 +114,8 @@ TEST_F(StoreTest, OperationsTakeTheirLinesAsTypedAndAreFoundByPrefixesButNeverEm
 
     // The material's texts are prefixes; a "%" of the user's own looks inside.
     const struct { TTextEdit *editor; QString text; QStringList found; } filters[] = {
-        {journal->edCode, "1", {}},
-        {journal->edArticul, "BG", {weightId}},
-        {journal->edName, "вентил", {valveId, valveId}},
-        {journal->edName, "балансир", {}},
+        {journal->edCode, "1", {}},                       {journal->edArticul, "BG", {weightId}},
+        {journal->edName, "вентил", {valveId, valveId}},  {journal->edName, "балансир", {}},
         {journal->edName, "%балансир", {weightId}},
     };
     for (const auto &c : filters) {
