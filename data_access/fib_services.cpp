@@ -211,6 +211,35 @@ bool TFIBServices::Exists(const QString &database)
     return false;
 }
 
+int TFIBServices::OtherAttachments(const QString &database)
+{
+    TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
+    QByteArray dpb(1, char(isc_dpb_version1));
+    appendText(dpb, isc_dpb_user_name, ServiceUser(), 1);
+    if (!m_server.Password.isEmpty())
+        appendText(dpb, isc_dpb_password, m_server.Password.toUtf8(), 1);
+    const QByteArray name = DatabaseName(database);
+    ISC_STATUS_ARRAY status{};
+    isc_db_handle handle = 0;
+    if (client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()), dpb.constData()))
+        RaiseFIBError(status, nullptr);
+    // One item for each attachment, this one among them.
+    const char items[] = {isc_info_user_names, isc_info_end};
+    QByteArray reply(kReplySize, '\0');
+    const bool asked = client.isc_database_info(status, &handle, sizeof items, items, static_cast<short>(reply.size()),
+                                                reply.data()) == 0;
+    ISC_STATUS_ARRAY ignored{};
+    client.isc_detach_database(ignored, &handle);
+    if (!asked)
+        RaiseFIBError(status, nullptr);
+    int count = 0;
+    for (const char *p = reply.constData(); p < reply.constData() + reply.size() && *p == isc_info_user_names;) {
+        ++count;
+        p += 3 + unsignedAt(client, p + 1, 2);
+    }
+    return count - 1;
+}
+
 void TFIBServices::Drop(const QString &database)
 {
     TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);

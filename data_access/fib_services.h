@@ -38,6 +38,8 @@ public:
 
     // Whether `database` exists on the server; raises when that cannot be told.
     bool Exists(const QString &database);
+    // How many attachments other than one of its own the server has to `database`.
+    int OtherAttachments(const QString &database);
     // Removes `database` from the server; raises when it cannot.
     void Drop(const QString &database);
 

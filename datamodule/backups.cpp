@@ -105,15 +105,23 @@ QString TBackups::Restore(const QString &backupFile, const QString &keepFolder)
 QString TBackups::RestoreThroughServer(const QString &backupFile, const QString &keepFolder)
 {
     const QString failed = QStringLiteral("Не удалось восстановить базу данных из файла \"%1\".").arg(backupFile);
+    // Replacing a database others work on would fail only after the side restore and the kept backup.
+    int others = -1;
     QString kept;
     try {
         if (m_services.Exists(m_database))
+            others = m_services.OtherAttachments(m_database);
+        if (others == 0)
             kept = Write(keepFolder.isEmpty() ? QFileInfo(backupFile).absolutePath() : keepFolder,
                          baseName(m_database) + QStringLiteral(" до восстановления "));
     } catch (const EFIBError &e) {
         refuse(QStringLiteral("Не удалось сохранить базу данных \"%1\" перед восстановлением: восстановление не "
                               "выполнено.\r\n").arg(m_database) + e.Message());
     }
+    if (others > 0)
+        refuse(QStringLiteral("С базой данных \"%1\" работают другие подключения (%2): восстановление не выполнено.")
+                   .arg(m_database)
+                   .arg(others));
 
     const QString side = m_database + QStringLiteral(".restoring");
     auto dropSide = [&] {

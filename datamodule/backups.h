@@ -8,7 +8,8 @@
 // then restored into a side database on the server: a file that is not a whole backup fails there, with
 // the database untouched. Only then is the database replaced from it; should that fail half-way, the kept
 // backup is put back at once. The server keeps a half-made database shut down, out of reach even of a
-// drop, so a failed side database is overwritten with the kept one before it is dropped.
+// drop, so a failed side database is overwritten with the kept one before it is dropped. While other seats
+// are attached the restore is refused at once: the replacing would fail only at its end.
 
 #include "fib_services.h"
 

@@ -140,6 +140,16 @@ TEST(Backups, ThroughAServerEveryTableRoundTripsAndTheReplacedDatabaseIsKeptAsAB
         EXPECT_FALSE(QFile::exists(side)) << r.file.toStdString();
     }
     EXPECT_EQ(QDir(folder).entryList({"*.fbk"}).size(), 2);
+    // Another seat at work on the database.
+    TFIBDatabase seat;
+    seat.DBName = PrivateServer::Shared().Connection(onServer);
+    seat.UserName = PrivateServer::SeatUser;
+    seat.Password = PrivateServer::SeatPassword;
+    seat.Open();
+    EXPECT_TRUE(ErrorOf([&] { backups.Restore(made, folder); }).contains("работают другие подключения (1)"));
+    EXPECT_TRUE(seat.Connected());
+    seat.Close();
+    EXPECT_EQ(QDir(folder).entryList({"*.fbk"}).size(), 2);
     EXPECT_EQ(RowCountsOf(backups.Make(folder)), before);
 }
 
