@@ -212,7 +212,7 @@ TEST_F(Start, TheRunIsOneTransactionCommittedAtDestroyAndTraceAsFirstArgumentThr
 {
     {
         TDataDM dm(nullptr, {"kelvarion"});
-        dm.Query.ExecProcedure("spConfigAdd", {7, "Сохранится"});
+        ExecIn(dm, "insert into CONFIG (ID, PNAME) values (7, 'Сохранится')");
     }
     {
         TDataDM dm(nullptr, {"kelvarion"});
