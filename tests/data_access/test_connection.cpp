@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(Connection, NewDatabaseHasDialectOneCharsetNoneAndComputedFactsAndCloseRollsBackTheRun)
+TEST(Connection, NewDatabaseHasDialectOneCharsetNoneAndComputedFactsAndCloseEndsTheTransaction)
 {
     TestDatabase t;
     TpFIBDatabase &db = t.Db();
@@ -15,17 +15,13 @@ TEST(Connection, NewDatabaseHasDialectOneCharsetNoneAndComputedFactsAndCloseRoll
     };
     EXPECT_EQ(facts(), "1 1 1 1 0 0 1 1");
     EXPECT_TRUE(db.ServerMajorVersion() >= 3 && db.ODSMajorVersion() >= 12);
-    // Work of a run becomes durable only at commit.
-    t.Exec("create table T (A integer)");
-    t.Exec("insert into T values (1)");
-    t.Tr().Commit();
-    t.Exec("insert into T values (2)");
+    // Reattached, the same facts come from the database, not from creation. (That a close rolls the run back
+    // is the data module's start suite's: its killed run keeps nothing.)
+    t.Tr().StartTransaction();
     db.Close();
     EXPECT_FALSE(db.Connected() || t.Tr().Active());
-    // Reattached, the same facts come from the database, not from creation.
     db.SetConnected(true);
     EXPECT_EQ(facts(), "1 1 1 1 0 0 1 1");
-    EXPECT_EQ(t.Scalar("select list(A) from T").toString(), "1");
 
     // The UTF-8 DDL fact depends on the character set and on the server and structure versions.
     struct Row { int cs, major, minor, odsMajor, odsMinor; bool expected; };
