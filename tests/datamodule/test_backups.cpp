@@ -22,7 +22,6 @@ QStringList RowCounts(TestDatabase &t)
     q->ExecQuery();
     while (q->Next())
         tables << q->Fields(0).AsString();
-    q->Close();
     QStringList counts;
     for (const QString &table : tables)
         counts << table + "=" + t.Scalar("select count(*) from " + table).toString();

@@ -3,20 +3,18 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
 
-#include <arpa/inet.h>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
-#include <netinet/in.h>
 #include <stdexcept>
 #include <string>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -35,41 +33,23 @@ QString Quoted(const QString &s) { return "'" + QString(s).replace("'", "'\\''")
 QString Tail(const QString &path)
 {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray all = f.readAll();
-    return QString::fromLocal8Bit(all.right(2000));
+    return f.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(f.readAll().right(2000)) : QString();
 }
 
 // A port nobody listens on now; the kernel picks it, so parallel test binaries get different ones.
 int FreePort()
 {
-    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t len = sizeof a;
-    if (s < 0 || ::bind(s, reinterpret_cast<sockaddr *>(&a), sizeof a) != 0
-        || ::getsockname(s, reinterpret_cast<sockaddr *>(&a), &len) != 0) {
-        if (s >= 0)
-            ::close(s);
-        Fail(QStringLiteral("no free port: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
-    }
-    ::close(s);
-    return ntohs(a.sin_port);
+    QTcpServer probe;
+    if (!probe.listen(QHostAddress::LocalHost))
+        Fail(QStringLiteral("no free port: %1").arg(probe.errorString()));
+    return probe.serverPort();
 }
 
 bool Accepts(int port)
 {
-    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(port);
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const bool ok = s >= 0 && ::connect(s, reinterpret_cast<sockaddr *>(&a), sizeof a) == 0;
-    if (s >= 0)
-        ::close(s);
-    return ok;
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, quint16(port));
+    return socket.waitForConnected(200);
 }
 
 void WriteFile(const QString &path, const QString &text)
@@ -120,18 +100,14 @@ void PrivateServer::Configure()
     QDir dir(root);
     if (!dir.mkpath(QStringLiteral("lock")) || !dir.mkpath(QStringLiteral("data")))
         Fail(QStringLiteral("cannot make folders in %1").arg(root));
-    for (const char *part : {"firebird.msg", "plugins", "lib", "UDF"}) {
-        const QString from = QStringLiteral("%1/%2").arg(QLatin1String(EngineFolder), QLatin1String(part));
-        if (!QFile::link(from, dir.filePath(QLatin1String(part))))
-            Fail(QStringLiteral("cannot link %1 (is firebird3.0-server-core installed?)").arg(from));
-    }
     // The character sets' module is refused when its real path lies outside the root: a copy, not a link.
     if (!dir.mkpath(QStringLiteral("intl")))
         Fail(QStringLiteral("cannot make folders in %1").arg(root));
-    for (const char *part : {"intl/libfbintl.so", "intl/fbintl.conf"}) {
-        const QString from = QStringLiteral("%1/%2").arg(QLatin1String(EngineFolder), QLatin1String(part));
-        if (!QFile::copy(from, dir.filePath(QLatin1String(part))))
-            Fail(QStringLiteral("cannot copy %1 (is firebird3.0-server-core installed?)").arg(from));
+    for (const char *part : {"firebird.msg", "plugins", "lib", "UDF", "intl/libfbintl.so", "intl/fbintl.conf"}) {
+        const QString from = QStringLiteral("%1/%2").arg(QLatin1String(EngineFolder), QLatin1String(part)),
+                      to = dir.filePath(QLatin1String(part));
+        if (!(from.contains(QLatin1String("intl/")) ? QFile::copy(from, to) : QFile::link(from, to)))
+            Fail(QStringLiteral("cannot link or copy %1 (is firebird3.0-server-core installed?)").arg(from));
     }
     if (!QFile::copy(QStringLiteral("/etc/firebird/3.0/plugins.conf"), dir.filePath(QStringLiteral("plugins.conf"))))
         Fail(QStringLiteral("cannot copy /etc/firebird/3.0/plugins.conf"));
