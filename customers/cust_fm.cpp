@@ -4,10 +4,7 @@
 #include "filter_panel.h"
 #include "data_dm.h"
 #include "grid_frame.h"
-#include "grid_view.h"
 #include "ui_cust_fm.h"
-
-#include <QTimer>
 
 const QString TCustFM::Caption = QStringLiteral("Клиенты");
 
@@ -54,17 +51,7 @@ void TCustFM::FormCreate(QObject *sender)
     cust.FillParameters = [this](TFIBDataSet *dataSet) { FillParameters(dataSet); };
     m_frames = {cust};
     m_frames.Apply();
-    // Two dozen columns cannot share the width: each takes what its title and first rows need, measured
-    // once on the first rows shown, and the grid scrolls.
-    TDBGridView *view = frmCust->GridView;
-    view->SetColumnAutoWidth(false);
-    connect(view, &TDBGridView::ColumnsChanged, this, [view] { view->resizeColumnsToContents(); });
-    connect(&dm.spCustOpen, &TFIBDataSet::Opened, this, [this, view] {
-        if (m_widthsFitted || DataDM->spCustOpen.IsEmpty())
-            return;
-        m_widthsFitted = true;
-        QTimer::singleShot(0, view, [view] { view->resizeColumnsToContents(); });
-    });
+    frmCust->FitColumnsToContents(dm.spCustOpen);
 }
 
 void TCustFM::FormShow(QObject *sender)

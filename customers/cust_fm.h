@@ -41,5 +41,4 @@ private:
     std::unique_ptr<Ui::CustFM> ui;
     TFrameTable m_frames;
     TFilterTable m_filters;
-    bool m_widthsFitted = false;
 };

@@ -22,6 +22,7 @@
 #include <QStyle>
 #include <QTemporaryFile>
 #include <QThread>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -320,6 +321,18 @@ void TGridFrame::GridViewDblClick(QObject *)
         actEditExecute(this);
     else if (actDblClick->isEnabled() && actDblClick->isVisible())
         actDblClick->Execute();
+}
+
+void TGridFrame::FitColumnsToContents(TFIBDataSet &dataSet)
+{
+    GridView->SetColumnAutoWidth(false);
+    connect(GridView, &TDBGridView::ColumnsChanged, this, [this] { GridView->resizeColumnsToContents(); });
+    connect(&dataSet, &TFIBDataSet::Opened, this, [this, &dataSet] {
+        if (m_columnsFitted || dataSet.IsEmpty())
+            return;
+        m_columnsFitted = true;
+        QTimer::singleShot(0, GridView, [view = GridView] { view->resizeColumnsToContents(); });
+    });
 }
 
 void TGridFrame::ReadColumnCaption()

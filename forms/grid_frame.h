@@ -74,6 +74,9 @@ public:
     // "<form>.<frame>": the key of the frame's rights.
     QString RightsKey() const;
     void ReadColumnCaption();
+    // For grids with more columns than a window is wide: each column takes what its title and the first
+    // rows shown need, measured once, and the grid scrolls; widths the user sets later stay.
+    void FitColumnsToContents(TFIBDataSet &dataSet);
     void WriteColumnCaption(QObject *sender);
 
     static const QString DefaultDelPrompt;
@@ -93,6 +96,7 @@ private:
     void StartTransaction();
 
     QPointer<QWidget> m_owner;
+    bool m_columnsFitted = false;
 };
 
 // Whether a widget is one of the system's forms (child windows and free-standing ones).

@@ -6,7 +6,6 @@
 #include "date_edit.h"
 #include "filter_panel.h"
 #include "grid_frame.h"
-#include "grid_view.h"
 #include "lookup_combo_box.h"
 #include "order_document.h"
 #include "orders_card_fm.h"
@@ -18,7 +17,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -146,17 +144,7 @@ void TOrderFM::FormCreate(QObject *sender)
     orders.FillParameters = [this](TFIBDataSet *dataSet) { FillParameters(dataSet); };
     m_frames = {orders};
     m_frames.Apply();
-    // Too many columns to share the width: each takes what its title and first rows need, and the grid scrolls.
-    // The rows are measured once, on the first rows shown, so that widths set by the user stay.
-    TDBGridView *view = frmOrders->GridView;
-    view->SetColumnAutoWidth(false);
-    connect(view, &TDBGridView::ColumnsChanged, this, [view] { view->resizeColumnsToContents(); });
-    connect(&dm.spOrdersOpen, &TFIBDataSet::Opened, this, [this, view] {
-        if (m_widthsFitted || DataDM->spOrdersOpen.IsEmpty())
-            return;
-        m_widthsFitted = true;
-        QTimer::singleShot(0, view, [view] { view->resizeColumnsToContents(); });
-    });
+    frmOrders->FitColumnsToContents(dm.spOrdersOpen);
 }
 
 void TOrderFM::FormShow(QObject *sender)

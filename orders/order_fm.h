@@ -60,5 +60,4 @@ public:
 private:
     TFrameTable m_frames;
     TFilterTable m_filters;
-    bool m_widthsFitted = false;
 };
