@@ -191,17 +191,25 @@ QByteArray TFIBServices::DatabaseName(const QString &database) const
     return (host + QLatin1Char(':') + database).toUtf8();
 }
 
-bool TFIBServices::Exists(const QString &database)
+bool TFIBServices::Attach(TFIBClientLibrary &client, const QString &database, isc_db_handle &handle,
+                          ISC_STATUS *status) const
 {
-    TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
     QByteArray dpb(1, char(isc_dpb_version1));
     appendText(dpb, isc_dpb_user_name, ServiceUser(), 1);
     if (!m_server.Password.isEmpty())
         appendText(dpb, isc_dpb_password, m_server.Password.toUtf8(), 1);
     const QByteArray name = DatabaseName(database);
+    return client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()),
+                                      dpb.constData())
+        == 0;
+}
+
+bool TFIBServices::Exists(const QString &database)
+{
+    TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
     ISC_STATUS_ARRAY status{};
     isc_db_handle handle = 0;
-    if (!client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()), dpb.constData())) {
+    if (Attach(client, database, handle, status)) {
         client.isc_detach_database(status, &handle);
         return true;
     }
@@ -214,14 +222,9 @@ bool TFIBServices::Exists(const QString &database)
 int TFIBServices::OtherAttachments(const QString &database)
 {
     TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
-    QByteArray dpb(1, char(isc_dpb_version1));
-    appendText(dpb, isc_dpb_user_name, ServiceUser(), 1);
-    if (!m_server.Password.isEmpty())
-        appendText(dpb, isc_dpb_password, m_server.Password.toUtf8(), 1);
-    const QByteArray name = DatabaseName(database);
     ISC_STATUS_ARRAY status{};
     isc_db_handle handle = 0;
-    if (client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()), dpb.constData()))
+    if (!Attach(client, database, handle, status))
         RaiseFIBError(status, nullptr);
     // One item for each attachment, this one among them.
     const char items[] = {isc_info_user_names, isc_info_end};
@@ -243,14 +246,9 @@ int TFIBServices::OtherAttachments(const QString &database)
 void TFIBServices::Drop(const QString &database)
 {
     TFIBClientLibrary &client = TFIBClientLibrary::Load(m_libraryName);
-    QByteArray dpb(1, char(isc_dpb_version1));
-    appendText(dpb, isc_dpb_user_name, ServiceUser(), 1);
-    if (!m_server.Password.isEmpty())
-        appendText(dpb, isc_dpb_password, m_server.Password.toUtf8(), 1);
-    const QByteArray name = DatabaseName(database);
     ISC_STATUS_ARRAY status{};
     isc_db_handle handle = 0;
-    if (client.isc_attach_database(status, 0, name.constData(), &handle, static_cast<short>(dpb.size()), dpb.constData()))
+    if (!Attach(client, database, handle, status))
         RaiseFIBError(status, nullptr);
     if (client.isc_drop_database(status, &handle)) {
         ISC_STATUS_ARRAY ignored{};

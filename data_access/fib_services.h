@@ -4,6 +4,8 @@
 // Through a server the backup file is on this machine, not the server's: the backup is streamed from the
 // service into the file and a restore streams the file to the service.
 
+#include "fib_library.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -52,6 +54,8 @@ private:
     void Run(const QByteArray &request, QFile *output = nullptr, QFile *input = nullptr);
     QByteArray ServiceUser() const;
     QByteArray DatabaseName(const QString &database) const;
+    // Attaches to `database` as the service's user; false, with `status` filled, when the engine refuses.
+    bool Attach(TFIBClientLibrary &client, const QString &database, isc_db_handle &handle, ISC_STATUS *status) const;
     void RestoreStreamed(const QByteArray &request, const QString &backupFile);
 
     TFIBServer m_server;

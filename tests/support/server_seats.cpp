@@ -11,12 +11,9 @@ void WriteServerSettings(const PrivateServer &server, const QString &path, const
                          const QString &password)
 {
     QSettings ini(TDataDM::UserIniFileName(), QSettings::IniFormat);
-    ini.beginGroup(QStringLiteral("Database"));
-    ini.setValue(QStringLiteral("Server"), PrivateServer::Host());
-    ini.setValue(QStringLiteral("Port"), server.Port());
-    ini.setValue(QStringLiteral("Path"), path);
-    ini.setValue(QStringLiteral("User"), user);
-    ini.setValue(QStringLiteral("Password"), password);
+    for (const auto &[key, value] : {std::pair<QString, QVariant>{"Server", PrivateServer::Host()}, {"Port", server.Port()},
+                                     {"Path", path}, {"User", user}, {"Password", password}})
+        ini.setValue(QStringLiteral("Database/") + key, value);
 }
 
 void ForgetServerSettings()
@@ -45,10 +42,7 @@ QString DeployedOnServer()
             error = dm.LastScriptError() + dialogs.Texts().join(QLatin1Char('\n'));
     } // committed and detached: the server lets the file go
     ResetApplicationTerminate();
-    if (savedHome.isEmpty())
-        qunsetenv("XDG_DATA_HOME");
-    else
-        qputenv("XDG_DATA_HOME", savedHome);
+    savedHome.isEmpty() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", savedHome);
     if (!error.isEmpty())
         throw EDatabaseError(QStringLiteral("deployment on the server failed: ") + error);
     path = made;
